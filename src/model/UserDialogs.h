@@ -1,0 +1,53 @@
+// The one way the core talks to the user: message boxes, questions, beeps and the
+// file dialog. The desktop program implements it with Qt, plotmeter-cli prints the
+// boxes as text, and tests use a scripted implementation that records every box.
+#pragma once
+
+#include <string>
+
+namespace plotmeter {
+
+enum class Icon { None, Critical, Question, Exclamation, Information };
+enum class Buttons { Ok, OkCancel, YesNo };
+enum class Button { Ok, Cancel, Yes, No };
+
+struct MessageBox {
+  std::string title;
+  std::string text;  // lines separated by '\n'
+  Icon icon = Icon::None;
+  Buttons buttons = Buttons::Ok;
+  Button defaultButton = Button::Ok;
+};
+
+// What the common file dialog is asked for. Mode 0 opens an existing file, 1 saves a
+// file, 2 chooses a whole folder, 3 chooses a folder through a file name.
+struct FileDialogRequest {
+  int mode = 0;
+  std::string extension;
+  std::string filter;
+  std::string title;
+  bool keepName = false;
+  std::string initialName;
+};
+
+struct FileChoice {
+  bool cancelled = true;
+  std::string path;
+};
+
+class UserDialogs {
+ public:
+  virtual ~UserDialogs() = default;
+  // Shows a box and returns the button pressed; callers beep first where the program beeps.
+  virtual Button Show(const MessageBox& box) = 0;
+  virtual void Beep() = 0;
+  virtual FileChoice SelectFile(const FileDialogRequest& request) = 0;
+};
+
+// Beep, then show: how every fault box is shown.
+inline Button Alert(UserDialogs& dialogs, const MessageBox& box) {
+  dialogs.Beep();
+  return dialogs.Show(box);
+}
+
+}  // namespace plotmeter
