@@ -1,0 +1,694 @@
+#include "ui/DataListing.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <string_view>
+#include <utility>
+
+#include "model/NumberFormat.h"
+#include "model/ValueFormat.h"
+
+namespace plotmeter {
+
+namespace {
+
+// ---------------------------------------------------------------------------------------
+// Columns and their layout
+
+enum Column {
+  kColInX,
+  kColInY,
+  kColInLong,
+  kColInLat,
+  kColX,
+  kColY,
+  kColBearing,
+  kColBearingMag,
+  kColLength,
+  kColGpsLong,
+  kColGpsLat,
+  kColAltLong,
+  kColAltLat,
+  kColDelta,
+  kColumnCount
+};
+
+struct ColumnSpec {
+  std::string_view heading;
+  int width;  // characters of the value, without the separating blank before it
+};
+
+constexpr std::array<ColumnSpec, kColumnCount> kColumns = {{{"I/P-X(B)", 10},
+                                                            {"I/P-Y(L)", 10},
+                                                            {"I/P-Long", 15},
+                                                            {"I/P-Lat", 15},
+                                                            {"X", 9},
+                                                            {"Y", 9},
+                                                            {"Bearing", 10},
+                                                            {"Bearg Mag", 10},
+                                                            {"Length", 9},
+                                                            {"GPS-Long", 15},
+                                                            {"GPS-Lat", 15},
+                                                            {"Alt-Long", 15},
+                                                            {"Alt-Lat", 15},
+                                                            {"Delta", 9}}};
+
+// Number, type, reference and target: "@@@", the type field of five, "@@@", " @@@".
+constexpr std::string_view kPointHeading = "Pt# Typ Ref Tgt";
+constexpr std::size_t kTypeFieldWidth = 5;
+// Every column group opens with this mark, aligned in the heading and in the lines.
+constexpr std::string_view kGroupMark = " |";
+
+constexpr std::string_view kClosingLineWithInput = " -Closing Line Bearing:";
+constexpr std::string_view kClosingLineAlone = " -Closing Line:";
+
+struct Group {
+  std::uint8_t bit;
+  std::vector<Column> columns;
+};
+
+struct Layout {
+  std::vector<Group> groups;
+  // Where the Bearing/Length group stands, or would stand were it shown: the closing
+  // line row puts its bearing and length there.
+  std::size_t bearingGroupStart = 0;
+  bool magnetic = false;
+};
+
+std::size_t GroupWidth(const Group& group) {
+  std::size_t width = kGroupMark.size();
+  for (Column column : group.columns) width += 1 + kColumns[column].width;
+  return width;
+}
+
+std::vector<Column> BearingColumns(bool magnetic) {
+  if (magnetic) return {kColBearing, kColBearingMag, kColLength};
+  return {kColBearing, kColLength};
+}
+
+// The input columns alone for a listing from the file; every chosen group otherwise.
+Layout MakeLayout(std::uint8_t show, bool processed, bool gpsInput, bool magnetic) {
+  Layout layout;
+  layout.magnetic = magnetic;
+  if (!processed) show &= kShowInput;
+  if (show & kShowInput) {
+    Group input{kShowInput, {kColInX, kColInY}};
+    if (gpsInput) input.columns.insert(input.columns.end(), {kColInLong, kColInLat});
+    layout.groups.push_back(std::move(input));
+  }
+  if (show & kShowXY) layout.groups.push_back({kShowXY, {kColX, kColY}});
+  layout.bearingGroupStart = kPointHeading.size();
+  for (const Group& group : layout.groups) layout.bearingGroupStart += GroupWidth(group);
+  if (show & kShowBearing) layout.groups.push_back({kShowBearing, BearingColumns(magnetic)});
+  if (show & kShowGps) layout.groups.push_back({kShowGps, {kColGpsLong, kColGpsLat}});
+  if (show & kShowAltGps) {
+    layout.groups.push_back({kShowAltGps, {kColAltLong, kColAltLat, kColDelta}});
+  }
+  return layout;
+}
+
+// A heading text left-aligned in a cell of its column's width plus one, the separating
+// blank counted as part of the text.
+std::string HeadingLine(const Layout& layout) {
+  std::string line(kPointHeading);
+  for (const Group& group : layout.groups) {
+    line += kGroupMark;
+    for (Column column : group.columns) {
+      const ColumnSpec& spec = kColumns[column];
+      line += ' ';
+      line += spec.heading;
+      line.append(spec.width - spec.heading.size(), ' ');
+    }
+  }
+  return line;
+}
+
+// One separating blank and the value right-aligned in the width. A typed value that is
+// longer than its column is cut one short and marked "+"; a computed value is shown whole.
+void AppendCell(std::string& line, std::string_view value, int width, bool typed) {
+  const std::size_t cell = static_cast<std::size_t>(width);
+  line += ' ';
+  if (value.size() > cell && typed) {
+    line += value.substr(0, cell - 1);
+    line += '+';
+    return;
+  }
+  if (value.size() < cell) line.append(cell - value.size(), ' ');
+  line += value;
+}
+
+bool IsTypedColumn(Column column) { return column <= kColInLat; }
+
+// ---------------------------------------------------------------------------------------
+// Point lines
+
+struct PointRow {
+  std::string number, type, ref, target;
+  std::array<std::string, kColumnCount> values;  // only the shown columns are filled
+  std::string inXA, inYL, inGpsLong, inGpsLat;   // for the "Edit" view
+};
+
+std::string PointLine(const PointRow& row, const Layout& layout) {
+  std::string line = FormatText(row.number, "@@@");
+  std::string type = " " + row.type;
+  // A long run of flags still leaves a blank before the reference.
+  if (type.size() < kTypeFieldWidth)
+    type.resize(kTypeFieldWidth, ' ');
+  else
+    type += ' ';
+  line += type;
+  line += row.ref.empty() ? std::string("   ") : FormatText(row.ref, "@@@");
+  line += row.target.empty() ? std::string("    ") : " " + FormatText(row.target, "@@@");
+  for (const Group& group : layout.groups) {
+    line += kGroupMark;
+    for (Column column : group.columns) {
+      AppendCell(line, row.values[column], kColumns[column].width, IsTypedColumn(column));
+    }
+  }
+  return line;
+}
+
+std::string EditView(const PointRow& row) {
+  std::string text = "I/P-X(B): " + row.inXA + "\nI/P-Y(L): " + row.inYL;
+  if (!row.inGpsLong.empty() || !row.inGpsLat.empty()) {
+    text += "\nI/P-Long: " + row.inGpsLong + "\nI/P-Lat: " + row.inGpsLat;
+  }
+  return text;
+}
+
+void FillInputValues(PointRow& row) {
+  row.values[kColInX] = row.inXA;
+  row.values[kColInY] = row.inYL;
+  row.values[kColInLong] = row.inGpsLong;
+  row.values[kColInLat] = row.inGpsLat;
+}
+
+// ---------------------------------------------------------------------------------------
+// Dataset heading lines
+
+bool IsIncluded(const std::array<bool, kIncludeCount>& include, char code) {
+  switch (code) {
+    case 'M':
+    case 'N':
+      return include[kIncludeMain];
+    case 'S':
+      return include[kIncludeSubDivision];
+    case 'L':
+      return include[kIncludeLines];
+    case 'P':
+      return include[kIncludePoints];
+    default:
+      return true;  // a dataset of no known kind is always shown, with its error line
+  }
+}
+
+std::string DatasetHeadingLine(char code, int pointCount, std::string_view tag) {
+  std::string line;
+  switch (code) {
+    case 'M':
+      line = "[M] Dataset as Main (Perimeter)";
+      break;
+    case 'N':
+      line = "[N] Dataset as Main (Non-perimeter)";
+      break;
+    case 'S':
+      line = "[S] Dataset as Sub-division (or Extension)";
+      break;
+    case 'L':
+      line = "[L] Dataset as Line";
+      break;
+    case 'P':
+      line = pointCount == 1 ? "[P] Dataset as Single Point" : "[P] Dataset as Points Collection";
+      break;
+    default:
+      line = "ERROR Invalid Dataset code";
+      break;
+  }
+  if (!tag.empty()) {
+    line += " for '";
+    line += tag;
+    line += "'";
+  }
+  return line;
+}
+
+// ---------------------------------------------------------------------------------------
+// The processed survey in memory
+
+// The letter that stands for the way the point was given, by the writer's rules.
+char PointTypeLetter(const Point& point) {
+  const std::uint8_t input = point.PtFlags & kPtInputMask;
+  if (point.PtMarks & kMarkDummy) return 'D';
+  if (input == kPtReference) return 'R';
+  if ((input & (kPtXY | kPtBearing | kPtGps)) == kPtGps) return 'G';
+  if (input & kPtXY) return 'X';
+  return (point.PtMarks & kMarkCompass) ? 'C' : 'B';
+}
+
+std::string PointTypeText(const Point& point) {
+  std::string text(1, PointTypeLetter(point));
+  const std::uint8_t flags = point.PtFlags;
+  if ((flags & kPtAltGps) && !(flags & kPtLink)) text += 'A';
+  if (flags & kPtIntermediate) {
+    text += 'I';
+    if (point.PtMarks & kMarkShared) text += 's';
+  }
+  if (flags & kPtJoin) text += 'J';
+  if (flags & kPtLink) text += 'L';
+  if ((flags & kPtBearing) && (flags & kPtReference)) text += 'F';
+  return text;
+}
+
+std::string NumberOrNone(int number) { return number > 0 ? std::to_string(number) : ""; }
+
+bool HasGpsInput(const Survey& survey) {
+  return std::any_of(survey.Points.begin(), survey.Points.end(),
+                     [](const Point& point) { return (point.PtFlags & kPtGps) != 0; });
+}
+
+// Formatting as on screen: plain decimal numbers, whatever a write left behind.
+Survey ScreenFormatting(const Survey& survey) {
+  Survey settings;
+  settings.FieldSeparator = survey.FieldSeparator;
+  settings.SubValueSeparator = survey.SubValueSeparator;
+  settings.UnitOfMeasure = survey.UnitOfMeasure;
+  settings.MagneticDeclination = survey.MagneticDeclination;
+  settings.DegreeChar = survey.DegreeChar;
+  settings.WriterOptions = survey.WriterOptions & ~kWriteInProgress;
+  return settings;
+}
+
+class ProcessedRows {
+ public:
+  ProcessedRows(const Survey& survey, const Layout& layout)
+      : format_(ScreenFormatting(survey)), gpsComputed_(HasGpsInput(survey)) {
+    for (const Group& group : layout.groups) {
+      for (Column column : group.columns) shown_[column] = true;
+    }
+  }
+
+  PointRow Row(const Point& point) const {
+    PointRow row;
+    row.number = std::to_string(point.PtNumber);
+    row.type = PointTypeText(point);
+    row.ref = NumberOrNone(point.PtRef);
+    row.target = NumberOrNone(point.PtTarget);
+    row.inXA = point.InXA;
+    row.inYL = point.InYL;
+    row.inGpsLong = point.InGPSLong;
+    row.inGpsLat = point.InGPSLat;
+    FillInputValues(row);
+    if (shown_[kColX]) row.values[kColX] = FormatLength(format_, point.X);
+    if (shown_[kColY]) row.values[kColY] = FormatLength(format_, point.Y);
+    if (shown_[kColBearing]) row.values[kColBearing] = Bearing(point.Bearing);
+    if (shown_[kColBearingMag]) row.values[kColBearingMag] = MagneticBearing(point.Bearing);
+    if (shown_[kColLength]) row.values[kColLength] = FormatLength(format_, point.Len);
+    // Without any GPS input no GPS value was worked out: the columns stay blank.
+    if (gpsComputed_ && shown_[kColGpsLong]) {
+      row.values[kColGpsLong] = FormatGpsAngle(format_, 0, point.GPSLong);
+      row.values[kColGpsLat] = FormatGpsAngle(format_, kGpsLatitude, point.GPSLat);
+    }
+    if (point.HasAlternate && shown_[kColAltLong]) {
+      row.values[kColAltLong] = FormatGpsAngle(format_, 0, point.AltGPSLong);
+      row.values[kColAltLat] = FormatGpsAngle(format_, kGpsLatitude, point.AltGPSLat);
+      row.values[kColDelta] = FormatNumber(point.AltGPSDelta, "#0.0####");
+    }
+    return row;
+  }
+
+  std::string Bearing(float bearing) const { return FormatBearing(format_, 0, bearing); }
+  std::string MagneticBearing(float bearing) const {
+    float magnetic = bearing + format_.MagneticDeclination;
+    return FormatBearing(format_, 0, magnetic);
+  }
+  std::string Length(float length) const { return FormatLength(format_, length); }
+
+ private:
+  Survey format_;
+  bool gpsComputed_;
+  std::array<bool, kColumnCount> shown_{};
+};
+
+bool HasClosingLine(std::uint8_t type) {
+  return (type & kDatasetMain) ? (type & kDatasetPerimeter) != 0
+                               : (type & kDatasetSubDivision) != 0;
+}
+
+// The closing line's bearing and length under the Bearing and Length columns, with the
+// magnetic bearing under "Bearg Mag" when that column is there.
+std::string ClosingLineRow(const Dataset& dataset, const Layout& layout, std::uint8_t show,
+                           const ProcessedRows& rows) {
+  std::string line(show & (kShowInput | kShowXY) ? kClosingLineWithInput : kClosingLineAlone);
+  if (line.size() < layout.bearingGroupStart) line.resize(layout.bearingGroupStart, ' ');
+  line += kGroupMark;
+  AppendCell(line, rows.Bearing(dataset.ClosingBearing), kColumns[kColBearing].width, false);
+  if (layout.magnetic && (show & kShowBearing)) {
+    AppendCell(line, rows.MagneticBearing(dataset.ClosingBearing), kColumns[kColBearingMag].width,
+               false);
+  }
+  AppendCell(line, rows.Length(dataset.ClosingLen), kColumns[kColLength].width, false);
+  return line;
+}
+
+// ---------------------------------------------------------------------------------------
+// The data file, read again with the listing's own checks
+
+constexpr std::string_view kBadHeader = "File selected has Invalid Header.";
+constexpr std::string_view kBadHeaderData = "Invalid Header line data.";
+constexpr std::string_view kBadDatasets = "File has invalid Datasets.";
+constexpr std::string_view kMultipleMain = "Has multiple 'Main' Datasets";
+constexpr std::string_view kMultipleSub = "Has multiple 'Sub-division' Datasets";
+constexpr std::string_view kInvalidDatasetCode = " is an Invalid Dataset code";
+constexpr std::string_view kEmptyDataset = "Dataset is without points specified.";
+constexpr std::string_view kNoTypeEntry = "Data line (non-'H') without type code entry.";
+constexpr std::string_view kMultipleTypes = "Multiple type codes present.";
+constexpr std::string_view kUnknownType = "Data line with unknown type code.";
+constexpr std::string_view kMultipleDummies = "Multiple Sub-div dummy lines present.";
+constexpr std::string_view kNoType = "No type code present.";
+
+constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kTypeLetters = "CBXDGR";
+constexpr std::string_view kFlagLetters = "AIJLFS";  // "s" is read in capitals
+
+std::string_view Trim(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  const std::size_t last = text.find_last_not_of(kBlanks);
+  return text.substr(first, last - first + 1);
+}
+
+// The `index`th field (from 0), trimmed; empty when the line has fewer fields.
+std::string_view Field(std::string_view line, char separator, int index) {
+  std::size_t start = 0;
+  for (int i = 0; i < index; ++i) {
+    const std::size_t next = line.find(separator, start);
+    if (next == std::string_view::npos) return {};
+    start = next + 1;
+  }
+  const std::size_t end = line.find(separator, start);
+  return Trim(line.substr(start, end == std::string_view::npos ? line.npos : end - start));
+}
+
+bool HasField(std::string_view line, char separator, int index) {
+  std::size_t start = 0;
+  for (int i = 0; i < index; ++i) {
+    const std::size_t next = line.find(separator, start);
+    if (next == std::string_view::npos) return false;
+    start = next + 1;
+  }
+  return true;
+}
+
+template <typename Number>
+bool ReadNumber(std::string_view text, Number& value) {
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && end == text.data() + text.size() && !text.empty();
+}
+
+bool IsIntegerIn(std::string_view text, int low, int high) {
+  int value = 0;
+  return ReadNumber(text, value) && value >= low && value <= high;
+}
+
+bool IsNumberOrEmpty(std::string_view text) {
+  double value = 0;
+  return text.empty() || ReadNumber(text, value);
+}
+
+// The separator that the header's leading digits name, or '\0' when they name none.
+char HeaderSeparator(std::string_view line) {
+  std::size_t digits = 0;
+  while (digits < line.size() && digits < 4 && line[digits] >= '0' && line[digits] <= '9') {
+    ++digits;
+  }
+  int code = 0;
+  if (digits == 0 || !ReadNumber(line.substr(0, digits), code) || code < 1 || code > 255) {
+    return '\0';
+  }
+  const char separator = static_cast<char>(static_cast<unsigned char>(code));
+  return line.find(separator) == digits ? separator : '\0';
+}
+
+bool HeaderFieldsValid(std::string_view line, char separator) {
+  return Field(line, separator, 1) == "#0092" &&
+         IsIntegerIn(Field(line, separator, 2), 0, kUnitCount - 1) &&
+         IsNumberOrEmpty(Field(line, separator, 3)) && IsNumberOrEmpty(Field(line, separator, 4)) &&
+         HasField(line, separator, 5) && IsIntegerIn(Field(line, separator, 5), 0, 255);
+}
+
+bool IsDatasetHeader(std::string_view line) {
+  return !line.empty() && (line.front() == 'H' || line.front() == 'h');
+}
+
+// A comment, also in the default layout where it stands behind an empty first field.
+bool IsComment(std::string_view line, char separator) {
+  if (!line.empty() && line.front() == '/') return true;
+  const std::size_t first = line.find(separator);
+  if (first == std::string_view::npos || !Trim(line.substr(0, first)).empty()) return false;
+  const std::string_view rest = Trim(line.substr(first + 1));
+  return !rest.empty() && rest.front() == '/';
+}
+
+struct FileDataset {
+  char code = '\0';
+  std::string tag;
+  std::vector<PointRow> points;
+};
+
+struct FileListing {
+  std::vector<FileDataset> datasets;
+  bool gpsInput = false;
+  std::string fault;  // empty when the file reads well
+};
+
+class ListingFileReader {
+ public:
+  explicit ListingFileReader(const std::string& path) : in_(path, std::ios::binary) {}
+
+  FileListing Read() {
+    listing_.fault = ReadAll();
+    return std::move(listing_);
+  }
+
+ private:
+  bool NextLine() {
+    if (!in_ || !std::getline(in_, line_)) return false;
+    if (!line_.empty() && line_.back() == '\r') line_.pop_back();
+    if (first_) {
+      first_ = false;
+      // A byte-order mark left by a text editor is no part of the first line.
+      if (line_.starts_with("\xEF\xBB\xBF")) line_.erase(0, 3);
+    }
+    return true;
+  }
+
+  std::string_view ReadAll() {
+    bool more = NextLine();
+    while (more && line_.starts_with("//")) more = NextLine();
+    if (!more) return kBadHeader;
+    separator_ = HeaderSeparator(line_);
+    if (separator_ == '\0') return kBadHeader;
+    if (!HeaderFieldsValid(line_, separator_)) return kBadHeaderData;
+    for (;;) {
+      if (!NextLine() || Trim(line_).empty()) return kBadDatasets;
+      if (!IsComment(line_, separator_)) break;
+    }
+    if (!IsDatasetHeader(line_)) return kBadDatasets;
+    do {
+      std::string_view fault = ReadLine();
+      if (!fault.empty()) return fault;
+    } while (NextLine());
+    return EndDataset();
+  }
+
+  std::string_view ReadLine() {
+    if (IsDatasetHeader(line_)) return StartDataset();
+    if (Trim(line_).empty() || IsComment(line_, separator_)) return {};
+    return ReadPoint();
+  }
+
+  std::string_view EndDataset() {
+    if (!listing_.datasets.empty() && listing_.datasets.back().points.empty()) {
+      return kEmptyDataset;
+    }
+    return {};
+  }
+
+  std::string_view StartDataset() {
+    std::string_view fault = EndDataset();
+    if (!fault.empty()) return fault;
+    const std::string_view code = Field(line_, separator_, 1);
+    const char letter = code.size() == 1 ? DatasetLetter(DatasetTypeFromLetter(code[0])) : '\0';
+    if (letter == '\0') {
+      invalidCode_ = "'" + std::string(code) + "'" + std::string(kInvalidDatasetCode);
+      return invalidCode_;
+    }
+    if (letter == 'M' || letter == 'N') {
+      if (mainSeen_) return kMultipleMain;
+      mainSeen_ = true;
+    }
+    if (letter == 'S') {
+      if (subSeen_) return kMultipleSub;
+      subSeen_ = true;
+    }
+    listing_.datasets.push_back({letter, std::string(Field(line_, separator_, 2)), {}});
+    return {};
+  }
+
+  std::string_view ReadPoint() {
+    PointRow row;
+    std::string_view fault = ReadType(Field(line_, separator_, 1), row.type);
+    if (!fault.empty()) return fault;
+    row.number = Field(line_, separator_, 0);
+    row.ref = NumberOrNone(Field(line_, separator_, 2));
+    row.target = NumberOrNone(Field(line_, separator_, 3));
+    row.inXA = Field(line_, separator_, 4);
+    row.inYL = Field(line_, separator_, 5);
+    row.inGpsLong = Field(line_, separator_, 6);
+    row.inGpsLat = Field(line_, separator_, 7);
+    FillInputValues(row);
+    listing_.datasets.back().points.push_back(std::move(row));
+    return {};
+  }
+
+  static std::string NumberOrNone(std::string_view text) {
+    return text == "0" ? std::string() : std::string(text);
+  }
+
+  // The type letter and the flags, in the listing's order; a fault text when the field
+  // holds no type, several types or an unknown letter.
+  std::string_view ReadType(std::string_view field, std::string& type) {
+    if (field.empty()) return kNoTypeEntry;
+    std::string letters;
+    bool shared = false;
+    std::uint8_t flags = 0;
+    for (char c : field) {
+      const char upper = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+      if (kTypeLetters.find(upper) != std::string_view::npos) {
+        letters += upper;
+      } else if (upper == 'S') {
+        shared = true;
+      } else if (upper == 'A') {
+        flags |= kPtAltGps;
+      } else if (upper == 'I') {
+        flags |= kPtIntermediate;
+      } else if (upper == 'J') {
+        flags |= kPtJoin;
+      } else if (upper == 'L') {
+        flags |= kPtLink;
+      } else if (upper == 'F') {
+        flags |= kPtReference;
+      } else if (kBlanks.find(c) == std::string_view::npos) {
+        return kUnknownType;
+      }
+    }
+    if (letters.size() > 1) return kMultipleTypes;
+    if (letters.empty()) return kNoType;
+    const char letter = letters[0];
+    if (letter == 'D') {
+      if (listing_.datasets.back().code != 'S') return kUnknownType;
+      if (dummySeen_) return kMultipleDummies;
+      dummySeen_ = true;
+    }
+    if (letter == 'G' || (flags & (kPtAltGps | kPtLink))) listing_.gpsInput = true;
+    type = std::string(1, letter);
+    if (flags & kPtAltGps) type += 'A';
+    if (flags & kPtIntermediate) type += shared ? "Is" : "I";
+    if (flags & kPtJoin) type += 'J';
+    if (flags & kPtLink) type += 'L';
+    if (flags & kPtReference) type += 'F';
+    return {};
+  }
+
+  std::ifstream in_;
+  std::string line_;
+  bool first_ = true;
+  char separator_ = ',';
+  bool mainSeen_ = false;
+  bool subSeen_ = false;
+  bool dummySeen_ = false;
+  std::string invalidCode_;
+  FileListing listing_;
+};
+
+bool IsIntermediate(const PointRow& row) { return row.type.find('I') != std::string::npos; }
+
+}  // namespace
+
+// ---------------------------------------------------------------------------------------
+
+void DataListLogic::Refresh(const Survey& survey) {
+  std::string unit(UnitName(survey.UnitOfMeasure));
+  if (!SubUnitName(survey.UnitOfMeasure).empty()) {
+    unit += survey.SubValueSeparator;
+    unit += SubUnitName(survey.UnitOfMeasure);
+  }
+  settings_ = {{{"Unit of Measure:", unit},
+                {"File Tag:", survey.FileTag},
+                {"Mag Decl'n:", FormatNumber(survey.MagneticDeclination, "#0.###")}}};
+  lines_.clear();
+  editTexts_.clear();
+  if (ProcdCkB) {
+    ListProcessed(survey);
+  } else {
+    ListFile(survey.CurrentFileName);
+  }
+}
+
+void DataListLogic::AddLine(std::string line, std::optional<std::string> edit) {
+  lines_.push_back(std::move(line));
+  editTexts_.push_back(std::move(edit));
+}
+
+void DataListLogic::ListProcessed(const Survey& survey) {
+  const Layout layout =
+      MakeLayout(ShowColumns, true, HasGpsInput(survey), survey.MagneticDeclination != 0);
+  heading_ = HeadingLine(layout);
+  const ProcessedRows rows(survey, layout);
+  for (int d = 0; d < survey.DatasetCount(); ++d) {
+    const Dataset& dataset = survey.Datasets[d];
+    const char code = DatasetLetter(dataset.DatasetType);
+    if (!IsIncluded(IncludeCkB, code)) continue;
+    const int start = std::clamp(dataset.DatasetStart, 0, survey.PointCount());
+    const int end = std::clamp(survey.DatasetEnd(d), start, survey.PointCount());
+    AddLine(DatasetHeadingLine(code, end - start, dataset.DatasetTag), std::nullopt);
+    for (int p = start; p < end; ++p) {
+      const Point& point = survey.Points[p];
+      if ((point.PtFlags & kPtIntermediate) && !IncludeCkB[kIncludeIntermediate]) continue;
+      const PointRow row = rows.Row(point);
+      AddLine(PointLine(row, layout), EditView(row));
+    }
+    if (HasClosingLine(dataset.DatasetType)) {
+      AddLine(ClosingLineRow(dataset, layout, ShowColumns, rows), std::nullopt);
+    }
+  }
+}
+
+void DataListLogic::ListFile(const std::string& path) {
+  FileListing listing = ListingFileReader(path).Read();
+  const Layout layout = MakeLayout(ShowColumns, false, listing.gpsInput, false);
+  heading_ = HeadingLine(layout);
+  if (!listing.fault.empty()) {
+    AddLine(kAbortedBadFile, std::nullopt);
+    AddLine(listing.fault, std::nullopt);
+    return;
+  }
+  for (const FileDataset& dataset : listing.datasets) {
+    if (!IsIncluded(IncludeCkB, dataset.code)) continue;
+    const int count = static_cast<int>(dataset.points.size());
+    AddLine(DatasetHeadingLine(dataset.code, count, dataset.tag), std::nullopt);
+    for (const PointRow& row : dataset.points) {
+      if (IsIntermediate(row) && !IncludeCkB[kIncludeIntermediate]) continue;
+      AddLine(PointLine(row, layout), EditView(row));
+    }
+  }
+}
+
+std::optional<std::string> DataListLogic::EditText(int index) const {
+  if (index < 0 || index >= static_cast<int>(editTexts_.size())) return std::nullopt;
+  return editTexts_[index];
+}
+
+}  // namespace plotmeter

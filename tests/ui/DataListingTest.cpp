@@ -1,0 +1,532 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "model/NumberFormat.h"
+#include "ui/DataListing.h"
+
+namespace plotmeter {
+namespace {
+
+// A data file written into the test's temporary folder.
+class DataListingFileTest : public ::testing::Test {
+ protected:
+  std::string WriteFile(const std::string& text) {
+    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = std::string(info->test_suite_name()) + "_" + info->name() + ".csv";
+    std::replace(name.begin(), name.end(), '/', '_');
+    path_ = (std::filesystem::path(::testing::TempDir()) / name).string();
+    std::ofstream(path_, std::ios::binary) << text;
+    return path_;
+  }
+
+  // Lists `text` from the file, as the window does with "Processed" cleared.
+  const std::vector<std::string>& ListFile(const std::string& text) {
+    survey_.CurrentFileName = WriteFile(text);
+    list_.Refresh(survey_);
+    return list_.DataLst();
+  }
+
+  void TearDown() override {
+    if (!path_.empty()) std::filesystem::remove(path_);
+  }
+
+  std::string path_;
+  Survey survey_;
+  DataListLogic list_;
+};
+
+constexpr const char* kHeader = "// Unit of Measure is Meters\n44,#0092,1,0,0,58,Example lot\n";
+
+// Plain right-aligned cell of a listing line: one blank and the value in
+// `width`.
+std::string Cell(const std::string& value, int width) {
+  return " " + std::string(width - value.size(), ' ') + value;
+}
+
+TEST_F(DataListingFileTest, ListsAGoodFileWithItsHeadingsAndInputColumns) {
+  const auto& lines = ListFile(std::string(kHeader) +
+                               "/ Main Dataset Header\n"
+                               "H,M,Front field\n"
+                               "1,X,,,0,0,,\n"
+                               "2,x,,,40,0,,\n"
+                               "3,B,,,90,30,,\n"
+                               "/Closing Line,,,,\n"
+                               "H,L\n"
+                               "10,R,3,,,,,\n"
+                               "11,BI,10,12,45,12.5,,\n"
+                               "12,X,,,50,50,,\n"
+                               "/End data\n");
+  EXPECT_EQ(list_.LstHdrLbl(), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)  ");
+  const std::vector<std::string> expected = {
+      "[M] Dataset as Main (Perimeter) for 'Front field'",
+      "  1 X           |" + Cell("0", 10) + Cell("0", 10),
+      "  2 X           |" + Cell("40", 10) + Cell("0", 10),
+      "  3 B           |" + Cell("90", 10) + Cell("30", 10),
+      "[L] Dataset as Line",
+      " 10 R     3     |" + Cell("", 10) + Cell("", 10),
+      " 11 BI   10  12 |" + Cell("45", 10) + Cell("12.5", 10),
+      " 12 X           |" + Cell("50", 10) + Cell("50", 10),
+  };
+  EXPECT_EQ(lines, expected);
+}
+
+TEST_F(DataListingFileTest, GroupMarksStandUnderTheHeading) {
+  const auto& lines = ListFile(std::string(kHeader) + "H,M\n1,X,,,0,0,,\n");
+  const std::string& heading = list_.LstHdrLbl();
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[1].size(), heading.size());
+  EXPECT_EQ(lines[1].find(" | "), heading.find(" | "));
+}
+
+TEST_F(DataListingFileTest, GpsInputAddsItsColumns) {
+  const auto& lines = ListFile(std::string(kHeader) +
+                               "H,M\n"
+                               "1,XL,,,0,0,151.5 E,33.25 S\n"
+                               "2,G,,,,,151.6 E,33.3 S\n"
+                               "3,X,,,5,5,,\n");
+  EXPECT_EQ(list_.LstHdrLbl(),
+            "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)   "
+            "I/P-Long        I/P-Lat        ");
+  ASSERT_EQ(lines.size(), 4u);
+  EXPECT_EQ(lines[1], "  1 XL          |" + Cell("0", 10) + Cell("0", 10) + Cell("151.5 E", 15) +
+                          Cell("33.25 S", 15));
+  EXPECT_EQ(lines[2], "  2 G           |" + Cell("", 10) + Cell("", 10) + Cell("151.6 E", 15) +
+                          Cell("33.3 S", 15));
+}
+
+TEST_F(DataListingFileTest, TypedValueLongerThanItsColumnIsCutAndMarked) {
+  const auto& lines = ListFile(std::string(kHeader) +
+                               "H,M\n"
+                               "1,X,,,1234567890,12345678901,,\n");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[1], "  1 X           | 1234567890 123456789+");
+  EXPECT_EQ(list_.EditText(1), "I/P-X(B): 1234567890\nI/P-Y(L): 12345678901");
+}
+
+TEST_F(DataListingFileTest, EditShowsTheWholeInputOfPointLinesOnly) {
+  ListFile(std::string(kHeader) + "H,M\n1,XA,,,3,4,151 30.25 E,33 15.5 S\n");
+  EXPECT_EQ(list_.EditText(1),
+            "I/P-X(B): 3\nI/P-Y(L): 4\nI/P-Long: 151 30.25 E\nI/P-Lat: 33 15.5 S");
+  EXPECT_EQ(list_.EditText(0), std::nullopt);   // the dataset heading
+  EXPECT_EQ(list_.EditText(-1), std::nullopt);  // no line selected
+  EXPECT_EQ(list_.EditText(2), std::nullopt);
+}
+
+TEST_F(DataListingFileTest, WithNoColumnGroupAPointLineHoldsOnlyItsFourFields) {
+  list_.ShowColumns = 0;
+  const auto& lines = ListFile(std::string(kHeader) + "H,M\n7,CIsJ,5,9,10,3,,\n");
+  EXPECT_EQ(list_.LstHdrLbl(), "Pt# Typ Ref Tgt");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[1], "  7 CIsJ   5   9");
+}
+
+TEST_F(DataListingFileTest, FromTheFileOnlyTheInputColumnsAreShown) {
+  list_.ShowColumns = kShowAll;
+  ListFile(std::string(kHeader) + "H,M\n1,X,,,0,0,,\n");
+  EXPECT_EQ(list_.LstHdrLbl(), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)  ");
+}
+
+TEST_F(DataListingFileTest, DatasetHeadingsByCodeAndPointCount) {
+  const auto& lines = ListFile(std::string(kHeader) +
+                               "H,N,Yard\n1,X,,,0,0\n2,X,,,1,0\n"
+                               "H,S\n3,D,,,0,0\n4,XJ,,,1,1\n"
+                               "H,P,Shed\n5,X,,,3,3\n"
+                               "H,p,Trees\n6,X,,,4,4\n7,X,,,5,5\n");
+  std::vector<std::string> headings;
+  for (const std::string& line : lines) {
+    if (line.front() == '[') headings.push_back(line);
+  }
+  const std::vector<std::string> expected = {
+      "[N] Dataset as Main (Non-perimeter) for 'Yard'",
+      "[S] Dataset as Sub-division (or Extension)",
+      "[P] Dataset as Single Point for 'Shed'",
+      "[P] Dataset as Points Collection for 'Trees'",
+  };
+  EXPECT_EQ(headings, expected);
+}
+
+struct IncludeCase {
+  int box;
+  std::vector<std::string> numbers;  // the point numbers left in the listing
+};
+
+class DataListingIncludeTest : public DataListingFileTest,
+                               public ::testing::WithParamInterface<IncludeCase> {};
+
+TEST_P(DataListingIncludeTest, EachBoxLeavesOutItsPoints) {
+  list_.IncludeCkB[GetParam().box] = false;
+  const auto& lines = ListFile(std::string(kHeader) +
+                               "H,M\n1,X,,,0,0\n2,XI,1,3,1,0\n3,X,,,2,0\n"
+                               "H,S\n4,XJ,,,0,0\n5,XJ,,,2,0\n"
+                               "H,L\n6,X,,,0,5\n7,X,,,1,5\n"
+                               "H,P\n8,X,,,9,9\n");
+  std::vector<std::string> numbers;
+  for (const std::string& line : lines) {
+    if (line.front() != '[') numbers.push_back(line.substr(0, 3));
+  }
+  std::vector<std::string> expected;
+  for (const std::string& number : GetParam().numbers) expected.push_back("  " + number);
+  EXPECT_EQ(numbers, expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Boxes, DataListingIncludeTest,
+    ::testing::Values(IncludeCase{kIncludeMain, {"4", "5", "6", "7", "8"}},
+                      IncludeCase{kIncludeSubDivision, {"1", "2", "3", "6", "7", "8"}},
+                      IncludeCase{kIncludeIntermediate, {"1", "3", "4", "5", "6", "7", "8"}},
+                      IncludeCase{kIncludeLines, {"1", "2", "3", "4", "5", "8"}},
+                      IncludeCase{kIncludePoints, {"1", "2", "3", "4", "5", "6", "7"}}));
+
+TEST_F(DataListingFileTest, ExcludedDatasetLosesItsHeadingToo) {
+  list_.IncludeCkB[kIncludeLines] = false;
+  const auto& lines = ListFile(std::string(kHeader) + "H,M\n1,X,,,0,0\nH,L,Road\n2,X,,,1,1\n");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0], "[M] Dataset as Main (Perimeter)");
+}
+
+struct BadFileCase {
+  const char* name;
+  std::string text;
+  std::string reason;
+};
+
+class DataListingBadFileTest : public DataListingFileTest,
+                               public ::testing::WithParamInterface<BadFileCase> {};
+
+TEST_P(DataListingBadFileTest, ListsOnlyTheAbortAndItsReason) {
+  const auto& lines = ListFile(GetParam().text);
+  const std::vector<std::string> expected = {"Aborted - Bad File", GetParam().reason};
+  EXPECT_EQ(lines, expected);
+}
+
+const std::string kGood = "44,#0092,1,0,0,58\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    Reasons, DataListingBadFileTest,
+    ::testing::Values(
+        BadFileCase{"Empty", "", "File selected has Invalid Header."},
+        BadFileCase{"OnlyComments", "// a\n// b\n", "File selected has Invalid Header."},
+        BadFileCase{"Letters", "ab,#0092,1,0,0,58\nH,M\n1,X,,,0,0\n",
+                    "File selected has Invalid Header."},
+        BadFileCase{"CodeNotItsSeparator", "44;#0092;1;0;0;58\nH;M\n",
+                    "File selected has Invalid Header."},
+        BadFileCase{"CodeTooLarge", "300,#0092,1,0,0,58\n", "File selected has Invalid Header."},
+        BadFileCase{"CodeZero", "0,#0092,1,0,0,58\n", "File selected has Invalid Header."},
+        BadFileCase{"NotThisProgram", "44,#0093,1,0,0,58\nH,M\n1,X,,,0,0\n",
+                    "Invalid Header line data."},
+        BadFileCase{"UnitMissing", "44,#0092,,0,0,58\nH,M\n1,X,,,0,0\n",
+                    "Invalid Header line data."},
+        BadFileCase{"UnitSix", "44,#0092,6,0,0,58\nH,M\n1,X,,,0,0\n", "Invalid Header line data."},
+        BadFileCase{"SeparatorCode300", "44,#0092,1,0,0,300\nH,M\n1,X,,,0,0\n",
+                    "Invalid Header line data."},
+        BadFileCase{"SeparatorCodeMissing", "44,#0092,1,0,0\nH,M\n1,X,,,0,0\n",
+                    "Invalid Header line data."},
+        BadFileCase{"DeclinationNotANumber", "44,#0092,1,0,east,58\nH,M\n1,X,,,0,0\n",
+                    "Invalid Header line data."},
+        BadFileCase{"NoDataset", kGood + "/ comment\n", "File has invalid Datasets."},
+        BadFileCase{"BlankBeforeDataset", kGood + "\nH,M\n1,X,,,0,0\n",
+                    "File has invalid Datasets."},
+        BadFileCase{"DataBeforeDataset", kGood + "1,X,,,0,0\n", "File has invalid Datasets."},
+        BadFileCase{"TwoMain", kGood + "H,M\n1,X,,,0,0\nH,N\n2,X,,,1,1\n",
+                    "Has multiple 'Main' Datasets"},
+        BadFileCase{"TwoSub", kGood + "H,M\n1,X,,,0,0\nH,S\n2,X,,,1,1\nH,S\n3,X,,,2,2\n",
+                    "Has multiple 'Sub-division' Datasets"},
+        BadFileCase{"InvalidCode", kGood + "H,Q\n1,X,,,0,0\n", "'Q' is an Invalid Dataset code"},
+        BadFileCase{"EmptyCode", kGood + "H,,tag\n1,X,,,0,0\n", "'' is an Invalid Dataset code"},
+        BadFileCase{"EmptyDataset", kGood + "H,M\nH,L\n2,X,,,1,1\n",
+                    "Dataset is without points specified."},
+        BadFileCase{"EmptyLastDataset", kGood + "H,M\n1,X,,,0,0\nH,L\n/End data\n",
+                    "Dataset is without points specified."},
+        BadFileCase{"NoTypeField", kGood + "H,M\n1\n",
+                    "Data line (non-'H') without type code entry."},
+        BadFileCase{"BlankTypeField", kGood + "H,M\n1, ,,,0,0\n",
+                    "Data line (non-'H') without type code entry."},
+        BadFileCase{"TwoTypes", kGood + "H,M\n1,XB,,,0,0\n", "Multiple type codes present."},
+        BadFileCase{"UnknownLetter", kGood + "H,M\n1,XQ,,,0,0\n",
+                    "Data line with unknown type code."},
+        BadFileCase{"DummyOutsideSub", kGood + "H,M\n1,D,,,0,0\n",
+                    "Data line with unknown type code."},
+        BadFileCase{"TwoDummies", kGood + "H,M\n1,X,,,0,0\nH,S\n2,D,,,0,0\n3,D,,,1,1\n",
+                    "Multiple Sub-div dummy lines present."},
+        BadFileCase{"FlagsOnly", kGood + "H,M\n1,AI,,,0,0\n", "No type code present."}),
+    [](const ::testing::TestParamInfo<BadFileCase>& info) { return info.param.name; });
+
+TEST_F(DataListingFileTest, MissingFileIsABadFile) {
+  survey_.CurrentFileName = ::testing::TempDir() + "/no such folder/none.csv";
+  list_.Refresh(survey_);
+  const std::vector<std::string> expected = {"Aborted - Bad File",
+                                             "File selected has Invalid Header."};
+  EXPECT_EQ(list_.DataLst(), expected);
+}
+
+TEST_F(DataListingFileTest, ReadsCrLfLinesAndDefaultLayoutComments) {
+  const auto& lines = ListFile(
+      "//,\r\n44,#0092,1,0,0,58\r\n, / Column Headings (for data "
+      "lines):\r\n,/Pt#,/Typ\r\n"
+      "/ Main Dataset Header\r\nH,M\r\n1,X,,,0,0\r\n,/Closing "
+      "Line,90\r\n,/End data\r\n");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[1], "  1 X           |" + Cell("0", 10) + Cell("0", 10));
+}
+
+TEST_F(DataListingFileTest, TabSeparatedFileReadsByItsOwnSeparator) {
+  const auto& lines = ListFile("9\t#0092\t3\t0\t0\t32\nH\tM\n1\tB\t\t\t27 30\t12 6\n");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[1], "  1 B           |" + Cell("27 30", 10) + Cell("12 6", 10));
+}
+
+TEST_F(DataListingFileTest, SettingsLabelsComeFromTheSurvey) {
+  survey_.UnitOfMeasure = kUnitFeet;
+  survey_.SubValueSeparator = ':';
+  survey_.FileTag = "Smith's block";
+  survey_.MagneticDeclination = -12.5f;
+  ListFile(std::string(kHeader) + "H,M\n1,X,,,0,0\n");
+  const auto& labels = list_.SettingLabels();
+  EXPECT_EQ(labels[0].caption, "Unit of Measure:");
+  EXPECT_EQ(labels[0].value, "Feet:Inches");
+  EXPECT_EQ(labels[1].caption, "File Tag:");
+  EXPECT_EQ(labels[1].value, "Smith's block");
+  EXPECT_EQ(labels[2].caption, "Mag Decl'n:");
+  EXPECT_EQ(labels[2].value, "-12.5");
+}
+
+TEST_F(DataListingFileTest, UnitWithoutSubUnitHasNoSeparator) {
+  survey_.UnitOfMeasure = kUnitMeters;
+  survey_.MagneticDeclination = 2.12345f;
+  ListFile(std::string(kHeader) + "H,M\n1,X,,,0,0\n");
+  EXPECT_EQ(list_.SettingLabels()[0].value, "Meters");
+  EXPECT_EQ(list_.SettingLabels()[2].value, "2.123");
+}
+
+// Arbitrary bytes and long lines end in a listing or an abort, never in a
+// crash.
+TEST_F(DataListingFileTest, ArbitraryBytesGiveAListingOrAnAbort) {
+  std::mt19937 random(20240601);
+  std::uniform_int_distribution<int> byte(0, 255);
+  for (int round = 0; round < 200; ++round) {
+    std::string text = round % 2 ? std::string(kHeader) + "H,M\n" : "";
+    const int length = 1 + round * 7;
+    for (int i = 0; i < length; ++i) text += static_cast<char>(byte(random));
+    const auto& lines = ListFile(text);
+    ASSERT_FALSE(lines.empty()) << "round " << round;
+  }
+}
+
+TEST_F(DataListingFileTest, HugeLineAndManyLinesAreListed) {
+  std::string text = std::string(kHeader) + "H,M\n1,X,,," + std::string(3'000'000, '7') + ",1\n";
+  for (int i = 2; i <= 100'000; ++i) text += std::to_string(i) + ",X,,,1,2\n";
+  const auto& lines = ListFile(text);
+  ASSERT_EQ(lines.size(), 100'001u);
+  EXPECT_EQ(lines[1], "  1 X           | 777777777+" + Cell("1", 10));
+  EXPECT_EQ(list_.EditText(1)->size(), std::string("I/P-X(B): \nI/P-Y(L): 1").size() + 3'000'000);
+}
+
+// ---------------------------------------------------------------------------------------
+// The processed survey in memory
+
+Point MakePoint(int number, std::uint8_t flags, float x, float y, float bearing, float length) {
+  Point point;
+  point.PtNumber = number;
+  point.PtFlags = flags;
+  point.X = x;
+  point.Y = y;
+  point.Bearing = bearing;
+  point.Len = length;
+  point.InXA = FormatNumber(x, "#0.##");
+  point.InYL = FormatNumber(y, "#0.##");
+  return point;
+}
+
+// A 40 by 30 block in metres, its closing line running due south.
+Survey Block() {
+  Survey survey;
+  survey.UnitOfMeasure = kUnitMeters;
+  survey.Points = {MakePoint(1, kPtXY, 0, 0, 0, 0), MakePoint(2, kPtXY, 40, 0, 90, 40),
+                   MakePoint(3, kPtXY, 40, 30, 0, 30), MakePoint(4, kPtXY, 0, 30, 270, 40)};
+  survey.Datasets = {Dataset{.DatasetType = kTypeM,
+                             .DatasetStart = 0,
+                             .DatasetTag = "Block",
+                             .ClosingBearing = 180,
+                             .ClosingLen = 30}};
+  return survey;
+}
+
+class DataListingProcessedTest : public ::testing::Test {
+ protected:
+  const std::vector<std::string>& List(std::uint8_t show) {
+    list_.ProcdCkB = true;
+    list_.ShowColumns = show;
+    list_.Refresh(survey_);
+    return list_.DataLst();
+  }
+
+  Survey survey_ = Block();
+  DataListLogic list_;
+};
+
+TEST_F(DataListingProcessedTest, ListsComputedColumnsAndTheClosingLine) {
+  const auto& lines = List(kShowXY | kShowBearing);
+  EXPECT_EQ(list_.LstHdrLbl(), "Pt# Typ Ref Tgt | X         Y         | Bearing    Length   ");
+  const std::vector<std::string> expected = {
+      "[M] Dataset as Main (Perimeter) for 'Block'",
+      "  1 X           |" + Cell("0.0", 9) + Cell("0.0", 9) + " |" + Cell("0.0", 10) +
+          Cell("0.0", 9),
+      "  2 X           |" + Cell("40.0", 9) + Cell("0.0", 9) + " |" + Cell("90.0", 10) +
+          Cell("40.0", 9),
+      "  3 X           |" + Cell("40.0", 9) + Cell("30.0", 9) + " |" + Cell("0.0", 10) +
+          Cell("30.0", 9),
+      "  4 X           |" + Cell("0.0", 9) + Cell("30.0", 9) + " |" + Cell("270.0", 10) +
+          Cell("40.0", 9),
+      " -Closing Line Bearing:" + std::string(37 - 23, ' ') + " |" + Cell("180.0", 10) +
+          Cell("30.0", 9),
+  };
+  EXPECT_EQ(lines, expected);
+}
+
+// The closing line's values end where the Bearing and Length headings' cells
+// end.
+TEST_F(DataListingProcessedTest, ClosingLineValuesStandUnderTheirHeadings) {
+  for (std::uint8_t show : {kShowBearing, std::uint8_t(kShowInput | kShowBearing),
+                            std::uint8_t(kShowXY | kShowBearing | kShowGps)}) {
+    const auto& lines = List(show);
+    const std::string& heading = list_.LstHdrLbl();
+    const std::string& closing = lines.back();
+    const std::size_t bearingEnd = heading.find("Bearing") + 10;
+    const std::size_t lengthEnd = heading.find("Length") + 9;
+    EXPECT_EQ(closing.substr(bearingEnd - 5, 5), "180.0") << int(show);
+    EXPECT_EQ(closing.substr(lengthEnd - 4, 4), "30.0") << int(show);
+    EXPECT_EQ(closing.find(" | "), heading.find(" | Bearing")) << int(show);
+  }
+}
+
+TEST_F(DataListingProcessedTest, ClosingLineLabelDependsOnTheLeadingGroups) {
+  EXPECT_EQ(List(kShowBearing).back(), " -Closing Line: |" + Cell("180.0", 10) + Cell("30.0", 9));
+  EXPECT_EQ(List(kShowInput).back(), " -Closing Line Bearing:" + std::string(39 - 23, ' ') + " |" +
+                                         Cell("180.0", 10) + Cell("30.0", 9));
+  EXPECT_EQ(List(0).back(), " -Closing Line: |" + Cell("180.0", 10) + Cell("30.0", 9));
+}
+
+TEST_F(DataListingProcessedTest, MagneticBearingsGetTheirColumn) {
+  survey_.MagneticDeclination = 10;
+  const auto& lines = List(kShowBearing);
+  EXPECT_EQ(list_.LstHdrLbl(), "Pt# Typ Ref Tgt | Bearing    Bearg Mag  Length   ");
+  EXPECT_EQ(lines[2], "  2 X           |" + Cell("90.0", 10) + Cell("100.0", 10) + Cell("40.0", 9));
+  EXPECT_EQ(lines.back(),
+            " -Closing Line: |" + Cell("180.0", 10) + Cell("190.0", 10) + Cell("30.0", 9));
+}
+
+TEST_F(DataListingProcessedTest, NonPerimeterMainHasNoClosingLine) {
+  survey_.Datasets[0].DatasetType = kTypeN;
+  const auto& lines = List(kShowInput);
+  ASSERT_EQ(lines.size(), 5u);
+  EXPECT_EQ(lines[0], "[N] Dataset as Main (Non-perimeter) for 'Block'");
+  EXPECT_EQ(lines[4], "  4 X           |" + Cell("0", 10) + Cell("30", 10));
+}
+
+TEST_F(DataListingProcessedTest, GpsColumnsShowComputedAndAlternateValues) {
+  survey_.Points[0].PtFlags |= kPtGps | kPtLink;
+  survey_.Points[0].InGPSLong = "151.5 E";
+  survey_.Points[0].InGPSLat = "33.25 S";
+  for (Point& point : survey_.Points) {
+    point.GPSLong = 151.5;
+    point.GPSLat = -33.25;
+  }
+  survey_.Points[1].PtFlags |= kPtGps | kPtAltGps;
+  survey_.Points[1].HasAlternate = true;
+  survey_.Points[1].AltGPSLong = 190;
+  survey_.Points[1].AltGPSLat = 12.5;
+  survey_.Points[1].AltGPSDelta = 1.25;
+  const auto& lines = List(kShowGps | kShowAltGps);
+  EXPECT_EQ(list_.LstHdrLbl(),
+            "Pt# Typ Ref Tgt | GPS-Long        GPS-Lat      "
+            "   | Alt-Long        Alt-Lat        "
+            " Delta    ");
+  EXPECT_EQ(lines[1], "  1 XL          |" + Cell("151.5 E", 15) + Cell("33.25 S", 15) + " |" +
+                          Cell("", 15) + Cell("", 15) + Cell("", 9));
+  EXPECT_EQ(lines[2], "  2 XA          |" + Cell("151.5 E", 15) + Cell("33.25 S", 15) + " |" +
+                          Cell("170.0 W", 15) + Cell("12.5 N", 15) + Cell("1.25", 9));
+}
+
+TEST_F(DataListingProcessedTest, GpsColumnsStayBlankWithoutGpsData) {
+  const auto& lines = List(kShowGps);
+  EXPECT_EQ(lines[1], "  1 X           |" + Cell("", 15) + Cell("", 15));
+}
+
+struct TypeCase {
+  std::uint8_t flags;
+  std::uint8_t marks;
+  std::string type;
+};
+
+class DataListingTypeTest : public ::testing::TestWithParam<TypeCase> {};
+
+TEST_P(DataListingTypeTest, TypeLetterAndFlagsFollowThePointBits) {
+  Survey survey = Block();
+  survey.Points[1].PtFlags = GetParam().flags;
+  survey.Points[1].PtMarks = GetParam().marks;
+  DataListLogic list;
+  list.ProcdCkB = true;
+  list.ShowColumns = 0;
+  list.Refresh(survey);
+  std::string type = " " + GetParam().type;
+  type.resize(std::max<std::size_t>(type.size() + 1, 5), ' ');
+  EXPECT_EQ(list.DataLst()[2], "  2" + type + "       ");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Points, DataListingTypeTest,
+    ::testing::Values(TypeCase{kPtXY, 0, "X"}, TypeCase{kPtBearing, 0, "B"},
+                      TypeCase{kPtBearing, kMarkCompass, "C"}, TypeCase{kPtReference, 0, "R"},
+                      TypeCase{kPtGps, 0, "G"}, TypeCase{kPtXY, kMarkDummy, "D"},
+                      TypeCase{kPtXY | kPtGps | kPtAltGps, 0, "XA"},
+                      TypeCase{kPtXY | kPtGps | kPtAltGps | kPtLink, 0, "XL"},
+                      TypeCase{kPtBearing | kPtIntermediate, 0, "BI"},
+                      TypeCase{kPtBearing | kPtIntermediate, kMarkShared, "BIs"},
+                      TypeCase{kPtXY | kPtJoin, 0, "XJ"},
+                      TypeCase{kPtBearing | kPtReference, kMarkCompass, "CF"},
+                      TypeCase{kPtBearing | kPtIntermediate | kPtJoin | kPtReference, kMarkShared,
+                               "BIsJF"}));
+
+TEST_F(DataListingProcessedTest, ReferenceAndTargetNumbersAreRightAligned) {
+  survey_.Points[2].PtRef = 2;
+  survey_.Points[2].PtTarget = 104;
+  const auto& lines = List(0);
+  EXPECT_EQ(lines[3], "  3 X     2 104");
+}
+
+TEST_F(DataListingProcessedTest, IntermediatePointsCanBeLeftOut) {
+  survey_.Points[2].PtFlags |= kPtIntermediate;
+  list_.IncludeCkB[kIncludeIntermediate] = false;
+  const auto& lines = List(0);
+  ASSERT_EQ(lines.size(), 5u);
+  EXPECT_EQ(lines[3].substr(0, 3), "  4");
+}
+
+TEST_F(DataListingProcessedTest, EditShowsTheSurveysTypedInput) {
+  survey_.Points[1].InXA = "40.000000000001";
+  List(kShowInput);
+  EXPECT_EQ(list_.DataLst()[2], "  2 X           | 40.000000+" + Cell("0", 10));
+  EXPECT_EQ(list_.EditText(2), "I/P-X(B): 40.000000000001\nI/P-Y(L): 0");
+  EXPECT_EQ(list_.EditText(5), std::nullopt);  // the closing line
+}
+
+TEST_F(DataListingProcessedTest, ValuesArePlainDecimalsEvenDuringAWrite) {
+  survey_.UnitOfMeasure = kUnitFeet;
+  survey_.SubValueSeparator = ':';
+  survey_.WriterOptions = kWriteInProgress | kWriterOptionsDefault;
+  survey_.Points[1].X = 40.5f;
+  survey_.Points[1].Bearing = 90.5f;
+  const auto& lines = List(kShowXY | kShowBearing);
+  EXPECT_EQ(lines[2], "  2 X           |" + Cell("40.5", 9) + Cell("0.0", 9) + " |" +
+                          Cell("90.5", 10) + Cell("40.0", 9));
+  EXPECT_EQ(survey_.WriterOptions, kWriteInProgress | kWriterOptionsDefault);
+}
+
+}  // namespace
+}  // namespace plotmeter
