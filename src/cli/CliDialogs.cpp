@@ -1,0 +1,55 @@
+#include "cli/CliDialogs.h"
+
+#include <string_view>
+
+#include "cli/TextOutput.h"
+
+namespace plotmeter {
+
+namespace {
+
+std::string_view ButtonText(Button button) {
+  switch (button) {
+    case Button::Ok:
+      return "OK";
+    case Button::Cancel:
+      return "Cancel";
+    case Button::Yes:
+      return "Yes";
+    case Button::No:
+      return "No";
+  }
+  return "";
+}
+
+}  // namespace
+
+Button CliDialogs::Answer(Buttons buttons) const {
+  switch (buttons) {
+    case Buttons::Ok:
+      return Button::Ok;
+    case Buttons::OkCancel:
+      return answerYes_ ? Button::Ok : Button::Cancel;
+    case Buttons::YesNo:
+      return answerYes_ ? Button::Yes : Button::No;
+  }
+  return Button::Ok;
+}
+
+Button CliDialogs::Show(const MessageBox& box) {
+  std::string block;
+  if (!fileHeading_.empty()) block += fileHeading_ + ": ";
+  block += "[" + box.title + "]\n";
+  if (!box.text.empty()) block += box.text + "\n";
+  const Button answer = Answer(box.buttons);
+  if (box.buttons != Buttons::Ok) {
+    block += "> ";
+    block += ButtonText(answer);
+    block += '\n';
+  }
+  block += '\n';
+  err_ << Utf8FromLatin1(block) << std::flush;
+  return answer;
+}
+
+}  // namespace plotmeter
