@@ -222,22 +222,20 @@ std::optional<double> ReadNumber(std::string_view text) {
 AngleReading ReadAngle(std::string_view text, char degreeChar, char subValueSeparator,
                        bool blanksSeparate) {
   AngleReading reading;
+  reading.notNumber = true;  // until every part has been read
   AngleTexts parts = SplitAngle(Trim(text), degreeChar, subValueSeparator, blanksSeparate);
   std::optional<double> degrees = ReadNumber(parts.degrees);
-  std::optional<double> minutes = degrees ? ReadSubPart(parts.minutes) : std::nullopt;
-  reading.over60 = minutes && *minutes >= kMinutesPerDegree;
-  std::optional<double> seconds = minutes ? ReadSubPart(parts.seconds) : std::nullopt;
-  reading.over60 = reading.over60 || (seconds && *seconds >= kMinutesPerDegree);
-  if (!parts.valid || !seconds) {
-    reading.notNumber = true;
-    return reading;
-  }
+  if (!degrees) return reading;
+  std::optional<double> minutes = ReadSubPart(parts.minutes);
+  if (!minutes) return reading;
+  reading.over60 = *minutes >= kMinutesPerDegree;
+  std::optional<double> seconds = ReadSubPart(parts.seconds);
+  if (!seconds) return reading;
+  reading.over60 = reading.over60 || *seconds >= kMinutesPerDegree;
   double magnitude =
       std::fabs(*degrees) + *minutes / kMinutesPerDegree + *seconds / kSecondsPerDegree;
-  if (!std::isfinite(magnitude)) {
-    reading.notNumber = true;
-    return reading;
-  }
+  if (!parts.valid || !std::isfinite(magnitude)) return reading;
+  reading.notNumber = false;
   reading.degrees = StartsNegative(parts.degrees) ? -magnitude : magnitude;
   return reading;
 }
@@ -264,9 +262,9 @@ float ParseLengthText(Survey& survey, std::string_view text) {
   } else {
     AngleTexts parts =
         SplitLength(text, survey.SubValueSeparator, survey.UnitOfMeasure == kUnitFeet);
-    std::optional<double> main = parts.valid ? ReadNumber(parts.degrees) : std::nullopt;
-    std::optional<double> sub = main ? ReadSubPart(parts.minutes) : std::nullopt;
-    if (sub) {
+    std::optional<double> main = ReadNumber(parts.degrees);
+    std::optional<double> sub = ReadSubPart(parts.minutes);
+    if (parts.valid && main && sub) {
       double magnitude = std::fabs(*main) + *sub / SubUnitsPerUnit(survey.UnitOfMeasure);
       length = StartsNegative(parts.degrees) ? -magnitude : magnitude;
     }
