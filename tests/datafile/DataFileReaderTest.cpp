@@ -1,0 +1,497 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+#include <string>
+
+#include "datafile/DataFileReader.h"
+#include "support/ScriptedDialogs.h"
+
+namespace plotmeter {
+namespace {
+
+using testing::ScriptedDialogs;
+
+// The fault texts as the user sees them, written out here rather than taken from the code.
+const std::map<int, std::string> kMessages = {
+    {1, "Cannot open file - check is not being used by another program."},
+    {2, "File selected is not for this program."},
+    {3, "File selected has Invalid Header."},
+    {4, "File selected has Invalid Data."},
+    {5, "File must have a 'Main' Dataset."},
+    {6, "File has two 'Main' Datasets present, only one allowed"},
+    {7, "File has two 'Sub-division' Datasets present, only one allowed."},
+    {8, "File has invalid Datasets."},
+    {9, "File has multiple nominated GPS links, only one allowed."},
+    {10, "File may only have 0 or 2 sub-division join points specified."},
+    {11, "Sub-division dataset specified without sub-division join points."},
+    {12, "Data could not be processed, check and"},
+    {13, "Invalid Line Point Reference specified."},
+    {15, "Interim Point specified for non-line data, please change"},
+    {16, "Duplicate Point Reference specified."},
+    {17, "A GPS Link Point may not be an Intermediate Point."},
+    {18,
+     "References to Shared Points applies only to Lines, Points and bearings to "
+     "Intermediates."},
+    {19, "Stand Alone Point reference only applies if a Bearing value used, delete reference."},
+    {20, "Cannot resolve data sequence for point reference, check for circular references."},
+    {21, "Reference to a Shared Point only valid for first point of a Line dataset."},
+    {22, "Interim Point cannot be past the line's last point."},
+    {23, "First point of data set that requires X/Y co-ordinates."},
+    {24, "GPS link point must have both non-GPS and GPS data."},
+    {25, "'GPS Only' data precedes first available link point, cannot process."},
+    {26, "Interim Point specified with bearing must have a reference to a point."},
+    {27, "Invalid Flag item in data."},
+    {28, "Invalid Point Target reference specified."},
+    {29, "Invalid Point flagged as Inactive."},
+    {30, "No 'data-sets' found in data."},
+    {32, "Data line with unknown type code."},
+    {41, "File header with unknown type code."},
+    {42, "File header with invalid Unit of Measure."},
+    {43, "File header with invalid Sub-value separator."},
+    {44, "File has GPS data without a Unit of Measure specified."},
+};
+
+// A good file using every kind of dataset, a sub-division with its dummy start, shared
+// points, an intermediate bearing and a GPS link. Each fault row below breaks one thing.
+const std::string kGoodFile =
+    "// Unit of Measure is Meters\n"
+    "// Surveyed by J. Smith\n"
+    "//,\n"
+    "44,#0092,1,0,0,58,Test lot\n"
+    ",/ Column Headings (for data lines):\n"
+    "/Pt#,/Typ,PtRef#,PtTgt#,InXA,InYL,InGPSLong,InGPSLat\n"
+    "/ Main Dataset Header\n"
+    "H,M,Front field\n"
+    "1,XL,,,0,0,150.5,-33.5\n"
+    "2,XJ,,,40,0,,\n"
+    "3,B,,,0,30,,\n"
+    "4,XJ,,,0,30,,\n"
+    "/ Sub-division (or Extension) Dataset Header\n"
+    "H,S,Split\n"
+    "5,D,,,40,0,,\n"
+    "6,X,,,20,15,,\n"
+    "/ Line Dataset Header\n"
+    "H,L,Road\n"
+    "7,R,1,,,,,\n"
+    "8,BI,7,,45,,,\n"
+    "9,B,,,45,10,,\n"
+    "/ Points Collection Dataset Header\n"
+    "H,P,Sheds\n"
+    "10,X,,,10,10,,\n"
+    "11,CF,10,,90,5,,\n"
+    "12,G,,,,,150.6,-33.4\n"
+    ",/End data\n";
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  std::size_t at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << "the good file lacks: " << from;
+  if (at != std::string::npos) text.replace(at, from.size(), to);
+  return text;
+}
+
+ReadResult Read(Survey& survey, const std::string& text) {
+  std::istringstream in(text);
+  return ReadDataFile(survey, in);
+}
+
+bool Load(Survey& survey, const std::string& text, ScriptedDialogs& dialogs) {
+  return CheckLoadedData(survey, Read(survey, text), dialogs);
+}
+
+std::string AbortText(int code, int point) {
+  std::string text = kMessages.at(code);
+  if (point > 0) text += " [Point " + std::to_string(point) + "]";
+  return text + "\nPlease correct for a valid file";
+}
+
+void ExpectAbortBox(const ScriptedDialogs& dialogs, int code, int point) {
+  ASSERT_FALSE(dialogs.boxes.empty());
+  const MessageBox& box = dialogs.last();
+  EXPECT_EQ(box.title, "File Read Abort");
+  EXPECT_EQ(box.text, AbortText(code, point));
+  EXPECT_EQ(box.icon, Icon::Critical);
+  EXPECT_EQ(box.buttons, Buttons::Ok);
+  EXPECT_EQ(box.defaultButton, Button::Ok);
+  EXPECT_EQ(dialogs.beeps, 1);
+}
+
+void ExpectEmpty(const Survey& survey) {
+  EXPECT_TRUE(survey.Points.empty());
+  EXPECT_TRUE(survey.Datasets.empty());
+  EXPECT_EQ(survey.JoinPointCount, 0);
+  EXPECT_EQ(survey.UnitOfMeasure, kUnitNotSpecified);
+  EXPECT_EQ(survey.FileFlags, 0);
+  EXPECT_TRUE(survey.FileTag.empty());
+  EXPECT_TRUE(survey.UserComments.empty());
+}
+
+TEST(DataFileReaderTest, GoodFileLoadsWithoutAnyBox) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
+  EXPECT_TRUE(dialogs.boxes.empty());
+  EXPECT_EQ(dialogs.beeps, 0);
+}
+
+TEST(DataFileReaderTest, GoodFileFillsSettings) {
+  Survey survey;
+  survey.CurrentFileName = "kept.csv";
+  ScriptedDialogs dialogs;
+  ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
+  EXPECT_EQ(survey.FieldSeparator, ',');
+  EXPECT_EQ(survey.SubValueSeparator, ':');
+  EXPECT_EQ(survey.UnitOfMeasure, kUnitMeters);
+  EXPECT_EQ(survey.MagneticDeclination, 0.0f);
+  EXPECT_EQ(survey.FileTag, "Test lot");
+  EXPECT_EQ(survey.CurrentFileName, "kept.csv");
+  // The link passed the load check: the next write marks the link as established.
+  EXPECT_EQ(survey.FileFlags, kFileOption);
+  EXPECT_EQ(survey.JoinPointCount, 2);
+  // Only the user's own line survives; the unit line and "//," are the writer's.
+  EXPECT_EQ(survey.UserComments, std::vector<std::string>{"// Surveyed by J. Smith"});
+}
+
+TEST(DataFileReaderTest, GoodFileFillsDatasets) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
+  ASSERT_EQ(survey.DatasetCount(), 4);
+  struct Expected {
+    std::uint8_t type;
+    int start;
+    const char* tag;
+  };
+  const Expected expected[] = {{kTypeM, 0, "Front field"},
+                               {kTypeS | kDatasetHasDummy, 4, "Split"},
+                               {kTypeL, 6, "Road"},
+                               {kTypeP, 9, "Sheds"}};
+  for (int d = 0; d < 4; ++d) {
+    SCOPED_TRACE(d);
+    EXPECT_EQ(survey.Datasets[d].DatasetType, expected[d].type);
+    EXPECT_EQ(survey.Datasets[d].DatasetStart, expected[d].start);
+    EXPECT_EQ(survey.Datasets[d].DatasetTag, expected[d].tag);
+  }
+}
+
+TEST(DataFileReaderTest, GoodFileFillsPoints) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
+  ASSERT_EQ(survey.PointCount(), 12);
+  struct Expected {
+    std::uint8_t flags;
+    std::uint8_t marks;
+    int ref, target;
+    const char *xa, *yl, *longitude, *latitude;
+  };
+  const Expected expected[] = {
+      {kPtXY | kPtGps | kPtLink, 0, 0, 0, "0", "0", "150.5", "-33.5"},
+      {kPtXY | kPtJoin, 0, 0, 0, "40", "0", "", ""},
+      {kPtBearing, 0, 0, 0, "0", "30", "", ""},
+      {kPtXY | kPtJoin, 0, 0, 0, "0", "30", "", ""},
+      {kPtXY, kMarkDummy, 0, 0, "40", "0", "", ""},
+      {kPtXY, 0, 0, 0, "20", "15", "", ""},
+      {kPtReference, 0, 1, 0, "", "", "", ""},
+      {kPtBearing | kPtIntermediate, 0, 7, 0, "45", "", "", ""},
+      {kPtBearing, 0, 0, 0, "45", "10", "", ""},
+      {kPtXY, 0, 0, 0, "10", "10", "", ""},
+      {kPtBearing | kPtReference, kMarkCompass, 10, 0, "90", "5", "", ""},
+      {kPtGps, 0, 0, 0, "", "", "150.6", "-33.4"},
+  };
+  for (int i = 0; i < 12; ++i) {
+    SCOPED_TRACE(i);
+    const Point& point = survey.Points[i];
+    EXPECT_EQ(point.PtNumber, i + 1);
+    EXPECT_EQ(point.PtFlags, expected[i].flags);
+    EXPECT_EQ(point.PtMarks, expected[i].marks);
+    EXPECT_EQ(point.PtRef, expected[i].ref);
+    EXPECT_EQ(point.PtTarget, expected[i].target);
+    EXPECT_EQ(point.InXA, expected[i].xa);
+    EXPECT_EQ(point.InYL, expected[i].yl);
+    EXPECT_EQ(point.InGPSLong, expected[i].longitude);
+    EXPECT_EQ(point.InGPSLat, expected[i].latitude);
+  }
+}
+
+struct FaultRow {
+  const char* name;
+  const char* from;  // a piece of the good file
+  const char* to;    // what it becomes
+  int code;
+  int point;                       // 1-based point of the " [Point N]" suffix, 0 for none
+  const char* alsoFrom = nullptr;  // a second change, where one fault needs two
+  const char* alsoTo = nullptr;
+};
+
+void PrintTo(const FaultRow& row, std::ostream* out) { *out << row.name; }
+
+// Fault 14 names the missing number: MissingReferenceNamesTheNumberGiven below.
+class FileFaultTest : public ::testing::TestWithParam<FaultRow> {};
+
+TEST_P(FileFaultTest, ShowsTheFaultAndEmptiesTheSurvey) {
+  const FaultRow& row = GetParam();
+  Survey survey;
+  ScriptedDialogs dialogs;
+  std::string text = Replaced(kGoodFile, row.from, row.to);
+  if (row.alsoFrom) text = Replaced(text, row.alsoFrom, row.alsoTo);
+  ReadResult read = Read(survey, text);
+  EXPECT_FALSE(CheckLoadedData(survey, read, dialogs));
+  ExpectAbortBox(dialogs, row.code, row.point);
+  EXPECT_EQ(dialogs.boxes.size(), 1u);
+  ExpectEmpty(survey);
+}
+
+// clang-format off
+const FaultRow kFaultRows[] = {
+  // The top block and the header.
+  {"BlankLineBeforeHeader", "//,\n", "//,\n\n", 1, 0},
+  {"HeaderStartsWithLetters", "44,#0092", "AB,#0092", 3, 0},
+  {"SeparatorCodeAbove255", "44,#0092", "300,#0092", 3, 0},
+  {"SeparatorCodeZero", "44,#0092", "0,#0092", 3, 0},
+  {"SeparatorCodeNotAlone", "44,#0092,1", "44x,#0092,1", 3, 0},
+  {"SeparatorCharacterAbsent", "44,#0092,1,0,0,58,Test lot", "59", 3, 0},
+  {"NotThisProgram", "44,#0092", "44,#0093", 2, 0},
+  {"UnitEmpty", "#0092,1,", "#0092,,", 3, 0},
+  {"UnitNotNumber", "#0092,1,", "#0092,one,", 3, 0},
+  {"UnitSix", "#0092,1,", "#0092,6,", 42, 0},
+  {"UnitNegative", "#0092,1,", "#0092,-1,", 42, 0},
+  {"OptionsNotNumber", "#0092,1,0,", "#0092,1,x,", 3, 0},
+  {"DeclinationNotNumber", "1,0,0,58", "1,0,east,58", 3, 0},
+  {"DeclinationBeyondCircle", "1,0,0,58", "1,0,400,58", 3, 0},
+  {"SubValueCode256", "0,58,Test", "0,256,Test", 43, 0},
+  {"SubValueCode300", "0,58,Test", "0,300,Test", 43, 0},
+  {"SubValueCodeEmpty", "0,58,Test", "0,,Test", 43, 0},
+  {"SubValueCodeMissing", "0,0,58,Test lot", "0,0", 43, 0},
+  // Between the header and the first dataset.
+  {"BlankLineAfterHeader", "Test lot\n", "Test lot\n\n", 8, 0},
+  {"DataBeforeFirstDataset", "H,M,Front field\n", "", 8, 0},
+  {"UnknownDatasetType", "H,M,Front", "H,Q,Front", 41, 0},
+  {"DatasetTypeWord", "H,M,Front", "H,Main,Front", 41, 0},
+  {"SecondMain", "H,L,Road", "H,M,Road", 6, 0},
+  {"MainAndNonPerimeterMain", "H,P,Sheds", "H,N,Sheds", 6, 0},
+  {"SecondSubDivision", "H,L,Road", "H,S,Road", 7, 0},
+  {"DatasetWithoutPoints", "H,L,Road\n", "H,L,Road\nH,P,Empty\n", 8, 0},
+  {"LastDatasetWithoutPoints", ",/End data\n", "H,P,Empty\n", 8, 0},
+  // One data line at a time.
+  {"PointNumberNotNumber", "3,B,,,0,30", "three,B,,,0,30", 4, 3},
+  {"PointNumberZero", "3,B,,,0,30", "0,B,,,0,30", 4, 3},
+  {"PointNumberNegative", "3,B,,,0,30", "-3,B,,,0,30", 4, 3},
+  {"PointNumberEmpty", "3,B,,,0,30", ",B,,,0,30", 4, 3},
+  {"ReferenceNotNumber", "7,R,1,", "7,R,one,", 4, 7},
+  {"TargetNotNumber", "8,BI,7,,", "8,BI,7,x,", 4, 8},
+  {"TypeMissing", "3,B,,,0,30", "3,,,,0,30", 32, 3},
+  {"TypeUnknown", "3,B,,,0,30", "3,Q,,,0,30", 32, 3},
+  {"TwoTypes", "3,B,,,0,30", "3,XB,,,0,30", 32, 3},
+  {"DummyInMain", "3,B,,,0,30", "3,D,,,0,30", 32, 3},
+  {"DummyAfterSubDivisionStart", "6,X,,,20,15", "6,D,,,20,15", 32, 6},
+  {"UnknownFlag", "3,B,,,0,30", "3,BQ,,,0,30", 27, 3},
+  {"FromFlagWithoutBearing", "10,X,,,10,10", "10,XF,,,10,10", 27, 10},
+  {"ReferenceWithGps", "7,R,1,", "7,RA,1,", 27, 7},
+  {"ReferenceAsIntermediate", "7,R,1,", "7,RI,1,", 27, 7},
+  {"FlagOnDummy", "5,D,,,40,0", "5,DJ,,,40,0", 29, 5},
+  {"LinkIntermediate", "9,B,,,45,10", "9,BIL,,,45,10", 17, 9},
+  {"IntermediateInPoints", "10,X,,,10,10", "10,XI,,,10,10", 15, 10},
+  {"IntermediateFirstPoint", "1,XL,,,0,0", "1,XI,,,0,0", 23, 1},
+  {"IntermediateBearingWithoutReference", "8,BI,7,", "8,BI,,", 26, 8},
+  {"ReferenceToItself", "11,CF,10,", "11,CF,11,", 13, 11},
+  {"ReferencePointWithoutReference", "7,R,1,", "7,R,,", 13, 7},
+  {"FromFlagWithoutReference", "11,CF,10,", "11,CF,,", 13, 11},
+  {"TargetItself", "8,BI,7,,", "8,BI,7,8,", 28, 8},
+  {"ReferenceInMain", "3,B,,,0,30", "3,B,1,,0,30", 18, 3},
+  {"ReferenceOnSubDivisionPoint", "6,X,,,20,15", "6,X,2,,20,15", 18, 6},
+  {"SharedPointInMain", "3,B,,,0,30", "3,R,1,,,", 18, 3},
+  {"SharedPointLaterInLine", "9,B,,,45,10", "9,R,2,,,", 21, 9},
+  {"SharedPointLaterInSubDivision", "6,X,,,20,15", "6,R,1,,,", 21, 6},
+  {"StandAloneReferenceWithoutBearing", "10,X,,,10,10", "10,X,1,,10,10", 19, 10},
+  {"StandAloneSharedPoint", "12,G,,,,,150.6,-33.4", "12,R,1,,,,,", 19, 12},
+  {"ThirdJoinPoint", "3,B,,,0,30", "3,BJ,,,0,30", 10, 4},
+  {"SecondLink", "10,X,,,10,10", "10,XL,,,10,10", 9, 10},
+  // Over all the points.
+  {"DuplicateNumber", "6,X,,,20,15", "2,X,,,20,15", 16, 6},
+  {"TargetMissing", "8,BI,7,,", "8,BI,7,99,", 28, 8},
+  {"SharedPointOfOwnDataset", "7,R,1,", "7,R,9,", 13, 7},
+  {"IntermediateAfterLineEnd", "9,B,,,45,10", "9,BI,7,,45,", 22, 8},
+  {"CircularReferences", "10,X,,,10,10", "10,BF,11,,10,10", 20, 10},
+  {"CircleThroughLine", "7,R,1,", "7,R,11,", 20, 7, "11,CF,10,", "11,CF,9,"},
+  // The load check.
+  {"OneJoinPoint", "2,XJ,,,40,0", "2,X,,,40,0", 10, 0},
+  {"LineStartsWithBearing", "7,R,1,,,,,", "7,B,,,10,10,,", 23, 7},
+  {"PointsStartWithBearing", "10,X,,,10,10", "10,B,,,10,10", 23, 10},
+  {"GpsWithoutUnit", "44,#0092,1,", "44,#0092,0,", 44, 1},
+  {"SubDivisionWithoutJoins", "2,XJ,", "2,X,", 11, 0, "4,XJ,", "4,X,"},
+  {"LinkWithGpsOnly", "1,XL,,,0,0,150.5,-33.5", "1,X,,,0,0,,\n13,GL,,,,,1,1", 24, 2},
+  // Not every main point has GPS values, so no 'GPS Only' question is asked.
+  {"GpsOnlyWithoutLink", "3,B,,,0,30,,", "3,G,,,,,150.5,-33.4", 25, 3, "1,XL,", "1,XA,"},
+  {"GpsOnlyBeforeLink", "1,XL,,,0,0,", "1,G,,,,,", 25, 1, "10,X,,,10,10,,", "10,XL,,,10,10,1,1"},
+};
+// clang-format on
+
+INSTANTIATE_TEST_SUITE_P(Rows, FileFaultTest, ::testing::ValuesIn(kFaultRows),
+                         [](const auto& info) { return info.param.name; });
+
+void ExpectRefused(const std::string& text, int code, int point) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  EXPECT_FALSE(Load(survey, text, dialogs));
+  ExpectAbortBox(dialogs, code, point);
+  ExpectEmpty(survey);
+}
+
+TEST(DataFileReaderTest, EmptyFileCannotBeOpened) { ExpectRefused("", 1, 0); }
+
+TEST(DataFileReaderTest, FileOfCommentLinesOnlyCannotBeOpened) {
+  ExpectRefused("// one\n// two\n", 1, 0);
+}
+
+TEST(DataFileReaderTest, HeaderAndCommentsOnlyHasInvalidDatasets) {
+  ExpectRefused("44,#0092,1,0,0,58\n/ just a note\n", 8, 0);
+}
+
+TEST(DataFileReaderTest, FileWithoutMainDatasetIsRefused) {
+  ExpectRefused("44,#0092,1,0,0,58\nH,L,Road\n1,X,,,0,0\n2,X,,,5,5\n", 5, 0);
+}
+
+TEST(DataFileReaderTest, TwoJoinPointsWithoutSubDivisionAreAccepted) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  EXPECT_TRUE(Load(survey, "44,#0092,1,0,0,58\nH,M\n1,XJ,,,0,0\n2,X,,,5,0\n3,XJ,,,5,5\n", dialogs));
+  EXPECT_EQ(survey.JoinPointCount, 2);
+}
+
+TEST(DataFileReaderTest, NoDatasetAtAllIsReportedByTheLoadCheck) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  EXPECT_FALSE(CheckLoadedData(survey, ReadResult{}, dialogs));
+  ExpectAbortBox(dialogs, 30, 0);
+}
+
+TEST(DataFileReaderTest, FaultOfTheReaderIsShownWithItsPoint) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  EXPECT_FALSE(CheckLoadedData(survey, ReadResult{.fault = 4, .point = 2}, dialogs));
+  ExpectAbortBox(dialogs, 4, 3);
+}
+
+TEST(DataFileReaderTest, MissingReferenceNamesTheNumberGiven) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  EXPECT_FALSE(Load(survey, Replaced(kGoodFile, "11,CF,10,", "11,CF,99,"), dialogs));
+  ASSERT_EQ(dialogs.boxes.size(), 1u);
+  EXPECT_EQ(dialogs.last().title, "File Read Abort");
+  EXPECT_EQ(dialogs.last().text,
+            "Non-existent Point Reference [99]. [Point 11]\nPlease correct for a valid file");
+  ExpectEmpty(survey);
+}
+
+TEST(DataFileReaderTest, MessagesOfEveryCode) {
+  for (const auto& [code, text] : kMessages) {
+    EXPECT_EQ(ReadFaultMessage(code), text) << code;
+  }
+  EXPECT_EQ(ReadFaultMessage(14, 7), "Non-existent Point Reference [7].");
+  for (int code : {0, 31, 33, 34, 35, 36, 37, 38, 39, 40, 45, 99, -1}) {
+    EXPECT_EQ(ReadFaultMessage(code), "Unidentified data parsing error.") << code;
+  }
+}
+
+TEST(DataFileReaderTest, FaultTextAppendsThePointCountedFromOne) {
+  EXPECT_EQ(ReadFaultText({.fault = 16, .point = 2}),
+            "Duplicate Point Reference specified. [Point 3]");
+  EXPECT_EQ(ReadFaultText({.fault = 8, .point = -1}), "File has invalid Datasets.");
+}
+
+// Every point of the main dataset carries GPS values, so a 'GPS Only' calculation is
+// possible although GPS-only points come before the link point.
+const std::string kGpsBeforeLink =
+    "44,#0092,1,0,0,58\n"
+    "H,M,Paddock\n"
+    "1,G,,,,,150.50,-33.50\n"
+    "2,G,,,,,150.51,-33.50\n"
+    "3,XL,,,0,1000,150.51,-33.49\n"
+    "4,XA,,,-900,1000,150.50,-33.49\n";
+
+const char* const kGpsOnlyQuestion =
+    "'GPS Only' data precedes first available link point, but a 'GPS Only' calculation is "
+    "possible.\nproceed on a 'GPS Only' basis ?";
+
+void ExpectGpsOnlyQuestion(const MessageBox& box) {
+  EXPECT_EQ(box.title, "GPS Link issue");
+  EXPECT_EQ(box.text, kGpsOnlyQuestion);
+  EXPECT_EQ(box.icon, Icon::Question);
+  EXPECT_EQ(box.buttons, Buttons::YesNo);
+  EXPECT_EQ(box.defaultButton, Button::No);
+}
+
+TEST(DataFileReaderTest, GpsOnlyAnsweredYesProcessesOnGpsAlone) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  dialogs.answers.push_back(Button::Yes);
+  ASSERT_TRUE(Load(survey, kGpsBeforeLink, dialogs));
+  ASSERT_EQ(dialogs.boxes.size(), 1u);
+  ExpectGpsOnlyQuestion(dialogs.boxes[0]);
+  EXPECT_EQ(dialogs.beeps, 0);
+  EXPECT_TRUE(survey.FileFlags & kFileGpsOnly);
+  EXPECT_EQ(survey.PointCount(), 4);
+}
+
+TEST(DataFileReaderTest, GpsOnlyAnsweredNoRefusesTheFile) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  dialogs.answers.push_back(Button::No);
+  EXPECT_FALSE(Load(survey, kGpsBeforeLink, dialogs));
+  ASSERT_EQ(dialogs.boxes.size(), 2u);
+  ExpectGpsOnlyQuestion(dialogs.boxes[0]);
+  ExpectAbortBox(dialogs, 25, 1);
+  ExpectEmpty(survey);
+}
+
+TEST(DataFileReaderTest, GpsOnlyQuestionDefaultsToNo) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  EXPECT_FALSE(Load(survey, kGpsBeforeLink, dialogs));
+  ExpectAbortBox(dialogs, 25, 1);
+}
+
+TEST(DataFileReaderTest, LinkOfAllGpsDataIsIgnored) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  ASSERT_TRUE(Load(survey,
+                   "44,#0092,1,0,0,58\nH,M\n1,G,,,,,150.5,-33.5\n7,GL,,,,,150.6,-33.5\n"
+                   "3,G,,,,,150.6,-33.4\n",
+                   dialogs));
+  ASSERT_EQ(dialogs.boxes.size(), 1u);
+  const MessageBox& box = dialogs.boxes[0];
+  EXPECT_EQ(box.title, "GPS Link issue");
+  EXPECT_EQ(box.text,
+            "GPS link specification is irrelevant when is 'All GPS Only' data.\n"
+            "Specified link [Point 7] will be ignored");
+  EXPECT_EQ(box.icon, Icon::Exclamation);
+  EXPECT_EQ(box.buttons, Buttons::Ok);
+  EXPECT_EQ(survey.Points[1].PtFlags, kPtGps);
+  EXPECT_FALSE(survey.FileFlags & kFileOption);
+}
+
+TEST(DataFileReaderTest, FileOptionFlagIsReadFromHeaderBitZero) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  ASSERT_TRUE(Load(survey, "44,#0092,1,3,0,58\nH,M\n1,X,,,0,0\n", dialogs));
+  EXPECT_EQ(survey.FileFlags, kFileOption);
+  ASSERT_TRUE(Load(survey, "44,#0092,1,2,0,58\nH,M\n1,X,,,0,0\n", dialogs));
+  EXPECT_EQ(survey.FileFlags, 0);
+}
+
+TEST(DataFileReaderTest, DeclinationMarksTheFileMagnetic) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  ASSERT_TRUE(Load(survey, "44,#0092,3,0,-12.25,92\nH,M\n1,X,,,0,0\n", dialogs));
+  EXPECT_EQ(survey.MagneticDeclination, -12.25f);
+  EXPECT_EQ(survey.FileFlags, kFileMagnetic);
+  EXPECT_EQ(survey.SubValueSeparator, '\\');
+  EXPECT_EQ(survey.UnitOfMeasure, kUnitFeet);
+  ASSERT_TRUE(Load(survey, "44,#0092,3,0,,92\nH,M\n1,X,,,0,0\n", dialogs));
+  EXPECT_EQ(survey.MagneticDeclination, 0.0f);
+  EXPECT_EQ(survey.FileFlags, 0);
+}
+
+}  // namespace
+}  // namespace plotmeter
