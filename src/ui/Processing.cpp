@@ -1,0 +1,172 @@
+#include "ui/Processing.h"
+
+#include "geometry/Area.h"
+#include "geometry/PartOutlines.h"
+#include "geometry/PerimeterCrossing.h"
+#include "model/ValueFormat.h"
+
+namespace plotmeter {
+
+namespace {
+
+constexpr const char* kFailureTitle = "Processing Failed";
+constexpr const char* kBadPerimeterTitle = "Bad Perimeter Data";
+constexpr const char* kNotDisplayed = "Data could not be displayed";
+
+// The words that tell the two overshoot messages apart.
+struct OvershootWords {
+  const char* crossing;
+  const char* possibly;
+  const char* from;
+  const char* lastLine;
+};
+
+constexpr OvershootWords kAtStartWords = {
+    "The last line is crossing the first line preventing an area calculation.",
+    "Possibly as the last point specified is intended to be the 'Start Point'.",
+    " from the Start point.", "using only the automatically created last line to the start point."};
+
+constexpr OvershootWords kAtJoinWords = {
+    "The last sub-division line is crossing the main perimeter preventing an area "
+    "calculation.",
+    "Possibly as the last point specified is intended to be the 'Join Point'.",
+    " from the Join point.", "using only the automatically created last line to the join point."};
+
+std::string LimitMessage() {
+  return "The number of points specified exceeds the program limit of " +
+         std::to_string(kPointLimit) +
+         "\n\nSplit the data to create multiple non-overlapping areas and add the results";
+}
+
+float ClosingLength(const Survey& survey, std::uint8_t kind) {
+  int d = survey.FindDataset(kind);
+  return d >= 0 ? survey.Datasets[d].ClosingLen : 0;
+}
+
+std::string OvershootMessage(const Survey& survey, const OvershootWords& words,
+                             float closingLength) {
+  std::string text = std::string(words.crossing) + "\n" + words.possibly + "\n\n" +
+                     "The last point is " + survey.FieldSeparator +
+                     FormatLength(survey, closingLength);
+  if (survey.UnitOfMeasure < 6) {
+    text += " " + std::string(UnitName(survey.UnitOfMeasure)) + words.from + "\n\n";
+  }
+  return text + "If appropriate, remove the last point from the data to correct,\n" +
+         words.lastLine +
+         "\n\nPerimeter lines ONLY are displayed, the error line is highlghted in Red.";
+}
+
+std::string CrossingMessage(const Survey& survey, int code) {
+  switch (code & kCrossingKindMask) {
+    case kCrossingAtStart:
+      return OvershootMessage(survey, kAtStartWords, ClosingLength(survey, kDatasetMain));
+    case kCrossingAtJoin:
+      return OvershootMessage(survey, kAtJoinWords, ClosingLength(survey, kDatasetSubDivision));
+    default:
+      return "Is not a valid Perimeter as Lines are crossing, no Area value can ce "
+             "determined.\n\nPerimeter lines ONLY are displayed, the error lines concerned "
+             "are highlghted in Red.";
+  }
+}
+
+// A selected point whose dataset the current mode no longer draws loses its selection.
+void ResetSelectionOutOfView(const Survey& survey, ProcessingState& state,
+                             const MainDisplay& display) {
+  if (state.SelectedPoint < 0) return;
+  int d = state.SelectedDataset - 1;
+  bool shown =
+      d >= 0 && d < survey.DatasetCount() &&
+      (survey.Datasets[d].DatasetType & kDatasetKindMask & KindMask(display.DisplayOptions)) != 0;
+  if (!shown) state.ResetSelection();
+}
+
+void ResetDisplay(ProcessingState& state, MainDisplay& display, PlotScene& scene) {
+  display.AreaValLbl.text.clear();
+  display.AreaHdrLbl = "Area";
+  display.AreaSgmtCmb.visible = false;
+  display.LotLblVisible = {false, false};
+  display.TagDSLblVisible = false;
+  display.ScaleLbl.clear();
+  scene.Clear();
+  state.BadPerimeter = false;
+  state.ProcessState &= static_cast<std::uint8_t>(~kAreaComputed);
+}
+
+// The labels that the drawing placed, shown by the window.
+void RefreshDisplay(const PlotScene& scene, MainDisplay& display) {
+  display.ScaleLbl = scene.ScaleLbl;
+  display.LotLblVisible = {scene.LotLbl.visible, false};
+  display.TagDSLblVisible = scene.TagDSLbl.visible;
+}
+
+void FillSegmentItems(const ProcessingState& state, MainDisplay& display) {
+  ComboState& combo = display.AreaSgmtCmb;
+  combo.items = SegmentItems(state);
+  if (combo.index < 0 || combo.index >= static_cast<int>(combo.items.size())) combo.index = 0;
+}
+
+void FailureExit(const std::string& message, ProcessingState& state, UserDialogs& dialogs) {
+  Alert(dialogs, {.title = kFailureTitle, .text = message, .icon = Icon::Critical});
+  state.ErrorState &= kErrorExitMask;
+  state.DisplayRequest &= static_cast<std::uint8_t>(~kRedrawPending);
+}
+
+// Draws, then shows the area as the drawing always does; false when nothing could be
+// laid out.
+bool Draw(const Survey& survey, ProcessingState& state, std::uint8_t mode, MainDisplay& display,
+          PlotScene& scene) {
+  if (!DrawPlot(survey, state, mode, display.DisplayOptions, scene)) return false;
+  FillSegmentItems(state, display);
+  ShowArea(survey, state, display);
+  return true;
+}
+
+}  // namespace
+
+std::vector<std::string> SegmentItems(const ProcessingState& state) {
+  if (!(state.AreaState & kAreaSegmentCount)) return {};
+  if (state.AreaState & kSegmentsSwapped) return {"Extended Plot", "Main Plot", "Extension"};
+  return {"Whole Plot", "Part 1", "Part 2"};
+}
+
+void RunProcessing(Survey& survey, ProcessingState& state, MainDisplay& display, PlotScene& scene,
+                   UserDialogs& dialogs) {
+  ResetSelectionOutOfView(survey, state, display);
+  ResetDisplay(state, display, scene);
+  if (!(state.DataState & kDataPresent)) return FailureExit("No data exists", state, dialogs);
+  if (survey.PointCount() > kPointLimit) return FailureExit(LimitMessage(), state, dialogs);
+
+  state.AreaState &= static_cast<std::uint8_t>(~(kAreaSegmentCount | kSegmentsSwapped));
+  if (FindMainPerimeter(survey) >= 0) {
+    int code = CheckPerimeterCrossing(survey);
+    if (code != kCrossingNone) {
+      state.BadPerimeter = true;
+      if (!Draw(survey, state, kModeBadPerimeter, display, scene)) {
+        return FailureExit(kNotDisplayed, state, dialogs);
+      }
+      RefreshDisplay(scene, display);
+      Alert(dialogs, {.title = kBadPerimeterTitle,
+                      .text = CrossingMessage(survey, code),
+                      .icon = Icon::Exclamation});
+    } else {
+      BuildPartOutlines(survey, state);
+      ComputeArea(survey, state, display.AreaUnitCmb.index);
+    }
+  }
+  if (!state.BadPerimeter) {
+    if (!Draw(survey, state, display.DisplayOptions, display, scene)) {
+      return FailureExit(kNotDisplayed, state, dialogs);
+    }
+    RefreshDisplay(scene, display);
+  }
+  // The note borrows the failure title and icon although processing succeeded, and the
+  // flag stays set, so it repeats on every run until new data is resolved.
+  if (state.ErrorState == kErrorResequenced) {
+    Alert(dialogs, {.title = kFailureTitle,
+                    .text = "Note some Intermediate points were resequenced for validity\n\n",
+                    .icon = Icon::Critical});
+  }
+  state.DisplayRequest &= static_cast<std::uint8_t>(~kRedrawPending);
+}
+
+}  // namespace plotmeter
