@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "geometry/GpsLink.h"
+#include "geometry/ProcessingState.h"
+#include "model/Survey.h"
+
+namespace plotmeter {
+namespace {
+
+constexpr double kMinute = 1.0 / 60;
+
+TEST(UnitLengthMetresTest, HoldsTheSinglePrecisionUnitLengths) {
+  EXPECT_EQ(UnitLengthMetres(kUnitNotSpecified), 0.0f);
+  EXPECT_EQ(UnitLengthMetres(kUnitMeters), 1.0f);
+  EXPECT_EQ(UnitLengthMetres(kUnitKilometers), 1000.0f);
+  EXPECT_EQ(UnitLengthMetres(kUnitFeet), 0.3048f);
+  EXPECT_EQ(UnitLengthMetres(kUnitMiles), 1609.344f);
+  EXPECT_EQ(UnitLengthMetres(kUnitChains), 20.1168f);
+  EXPECT_EQ(UnitLengthMetres(-1), 0.0f);
+  EXPECT_EQ(UnitLengthMetres(kUnitCount), 0.0f);
+}
+
+struct OffsetCase {
+  int unit;
+  GpsPosition point;
+  GpsPosition other;
+  double east;  // survey units
+  double north;
+};
+
+class GpsOffsetTest : public ::testing::TestWithParam<OffsetCase> {};
+
+TEST_P(GpsOffsetTest, MatchesTheNauticalMileRule) {
+  const OffsetCase& c = GetParam();
+  std::uint8_t errors = 0;
+  PlaneOffset offset = GpsOffset(c.unit, c.point, c.other, errors);
+  EXPECT_NEAR(offset.east, c.east, std::fabs(c.east) * 1e-6 + 1e-3);
+  EXPECT_NEAR(offset.north, c.north, std::fabs(c.north) * 1e-6 + 1e-3);
+  EXPECT_EQ(errors, 0);
+}
+
+// One minute of latitude is 1852 m; one minute of longitude is 1852 m times the cosine of
+// the mean latitude. Hand-computed in the units' own lengths.
+INSTANTIATE_TEST_SUITE_P(
+    HandComputed, GpsOffsetTest,
+    ::testing::Values(OffsetCase{kUnitMeters, {0, kMinute}, {0, 0}, 0, 1852},
+                      OffsetCase{kUnitMeters, {kMinute, 0}, {0, 0}, 1852, 0},
+                      OffsetCase{kUnitMeters, {150 + kMinute, -60}, {150, -60}, 926, 0},
+                      OffsetCase{kUnitMeters, {150, -60 - 2 * kMinute}, {150, -60}, 0, -3704},
+                      OffsetCase{kUnitKilometers, {0, kMinute}, {0, 0}, 0, 1.852},
+                      OffsetCase{kUnitFeet, {0, kMinute}, {0, 0}, 0, 1852 / 0.3048},
+                      OffsetCase{kUnitMiles, {0, 10 * kMinute}, {0, 0}, 0, 18520 / 1609.344},
+                      OffsetCase{kUnitChains, {kMinute, 0}, {0, 0}, 1852 / 20.1168, 0},
+                      // Across the 0 meridian: 359.999 E is 0.001 W, the short way round.
+                      OffsetCase{kUnitMeters, {0.001, 0}, {359.999, 0}, 0.002 * 60 * 1852, 0}));
+
+TEST(GpsOffsetTest, WithoutAUnitIsZeroAndMarksInvalidData) {
+  std::uint8_t errors = 0;
+  PlaneOffset offset = GpsOffset(kUnitNotSpecified, {151, -33}, {150, -34}, errors);
+  EXPECT_EQ(offset.east, 0);
+  EXPECT_EQ(offset.north, 0);
+  EXPECT_EQ(errors, kErrorInvalidData);
+}
+
+TEST(LongitudeDifferenceTest, TakesTheShortWayRound) {
+  EXPECT_DOUBLE_EQ(LongitudeDifference(10, 350), 20);
+  EXPECT_DOUBLE_EQ(LongitudeDifference(350, 10), -20);
+  EXPECT_DOUBLE_EQ(LongitudeDifference(181, 179), 2);
+  EXPECT_DOUBLE_EQ(LongitudeDifference(100, 30), 70);
+}
+
+TEST(GpsFromPlaneTest, OffsetsBackToThePlanePoint) {
+  std::mt19937 random(11);
+  std::uniform_real_distribution<float> coordinate(-5000, 5000);
+  std::uniform_real_distribution<double> latitude(-70, 70);
+  std::uniform_real_distribution<double> longitude(0, 360);
+  for (int unit = kUnitMeters; unit < kUnitCount; ++unit) {
+    for (int n = 0; n < 300; ++n) {
+      // Up to some 5 km from the tie in every unit.
+      float scale = 1 / UnitLengthMetres(unit);
+      GpsTie tie{{longitude(random), latitude(random)},
+                 {coordinate(random) * scale, coordinate(random) * scale}};
+      PlanePoint p{tie.plane.x + coordinate(random) * scale,
+                   tie.plane.y + coordinate(random) * scale};
+      std::optional<GpsPosition> gps = GpsFromPlane(unit, tie, p);
+      ASSERT_TRUE(gps.has_value());
+      EXPECT_GE(gps->longitude, 0);
+      EXPECT_LT(gps->longitude, 360);
+      std::uint8_t errors = 0;
+      PlanePoint back = PlaneFromGps(unit, tie, *gps, errors);
+      EXPECT_NEAR(back.x, p.x, 1e-3 * scale) << unit;
+      EXPECT_NEAR(back.y, p.y, 1e-3 * scale) << unit;
+      EXPECT_EQ(errors, 0);
+    }
+  }
+}
+
+TEST(GpsAtOffsetTest, RefusesPositionsBeyondAPoleAndMissingUnits) {
+  GpsPosition origin{10, 89.9};
+  EXPECT_FALSE(GpsAtOffset(kUnitMeters, origin, 0, 1e6).has_value());
+  EXPECT_FALSE(GpsAtOffset(kUnitNotSpecified, origin, 0, 1).has_value());
+  EXPECT_FALSE(GpsAtOffset(kUnitMeters, origin, std::nan(""), 1).has_value());
+  EXPECT_TRUE(GpsAtOffset(kUnitMeters, origin, 0, -1e5).has_value());
+}
+
+}  // namespace
+}  // namespace plotmeter

@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "geometry/PlaneGeometry.h"
+
+namespace plotmeter {
+namespace {
+
+struct AxisCase {
+  double bearing;
+  PlanePoint expected;
+};
+
+class PointAtBearingAxisTest : public ::testing::TestWithParam<AxisCase> {};
+
+TEST_P(PointAtBearingAxisTest, TenAlongEachAxisFromTheOrigin) {
+  PlanePoint p = PointAtBearing({0, 0}, GetParam().bearing, 10);
+  EXPECT_NEAR(p.x, GetParam().expected.x, 1e-5);
+  EXPECT_NEAR(p.y, GetParam().expected.y, 1e-5);
+}
+
+INSTANTIATE_TEST_SUITE_P(Axes, PointAtBearingAxisTest,
+                         ::testing::Values(AxisCase{0, {0, 10}}, AxisCase{90, {10, 0}},
+                                           AxisCase{180, {0, -10}}, AxisCase{270, {-10, 0}}));
+
+TEST(PointAtBearingTest, RoundsEachProductToSinglePrecisionBeforeAdding) {
+  // With the origin far out, adding the unrounded double product would round differently.
+  PlanePoint origin{1000.5f, -2000.25f};
+  double bearing = 33.3;
+  float length = 7.77f;
+  double radians = bearing * kPi / 180;
+  float east = static_cast<float>(length * std::sin(radians));
+  float north = static_cast<float>(length * std::cos(radians));
+  PlanePoint p = PointAtBearing(origin, bearing, length);
+  EXPECT_EQ(p.x, origin.x + east);
+  EXPECT_EQ(p.y, origin.y + north);
+}
+
+struct LineCase {
+  PlanePoint to;
+  float bearing;
+  float length;
+};
+
+class LineAlongAxisTest : public ::testing::TestWithParam<LineCase> {};
+
+TEST_P(LineAlongAxisTest, GetsExactBearingAndLength) {
+  BearingLength line = LineBearingLength({3, 4}, GetParam().to);
+  EXPECT_EQ(line.bearing, GetParam().bearing);
+  EXPECT_EQ(line.length, GetParam().length);
+}
+
+INSTANTIATE_TEST_SUITE_P(Axes, LineAlongAxisTest,
+                         ::testing::Values(LineCase{{3, 9}, 0, 5}, LineCase{{8, 4}, 90, 5},
+                                           LineCase{{3, -1}, 180, 5},
+                                           LineCase{{-2.5f, 4}, 270, 5.5f},
+                                           LineCase{{3, 4}, 0, 0}));
+
+TEST(LineBearingLengthTest, AgreesWithAtan2AndHypotInEveryQuadrant) {
+  std::mt19937 random(7);
+  std::uniform_real_distribution<float> coordinate(-500, 500);
+  for (int n = 0; n < 2000; ++n) {
+    PlanePoint from{coordinate(random), coordinate(random)};
+    PlanePoint to{coordinate(random), coordinate(random)};
+    double dx = static_cast<double>(to.x) - from.x;
+    double dy = static_cast<double>(to.y) - from.y;
+    double expected = std::atan2(dx, dy) * 180 / M_PI;
+    if (expected < 0) expected += 360;
+    BearingLength line = LineBearingLength(from, to);
+    double difference = std::fabs(line.bearing - expected);
+    EXPECT_LT(std::min(difference, 360 - difference), 1e-3) << dx << ", " << dy;
+    EXPECT_NEAR(line.length, std::hypot(dx, dy), 1e-3 * std::hypot(dx, dy) + 1e-4);
+    EXPECT_GE(line.bearing, 0);
+    EXPECT_LE(line.bearing, 360);
+  }
+}
+
+TEST(LineBearingLengthTest, TakesTheLengthFromTheSineNotTheSquareRoot) {
+  PlanePoint to{3, 4};
+  double angle = std::atan(3.0 / 4.0);
+  BearingLength line = LineBearingLength({0, 0}, to);
+  EXPECT_EQ(line.length, static_cast<float>(3.0 / std::sin(angle)));
+  EXPECT_EQ(line.bearing, static_cast<float>(angle * 180 / kPi));
+}
+
+TEST(NarrowToFloatTest, GivesInfinitiesBeyondTheFloatRange) {
+  EXPECT_EQ(NarrowToFloat(1e300), std::numeric_limits<float>::infinity());
+  EXPECT_EQ(NarrowToFloat(-1e300), -std::numeric_limits<float>::infinity());
+  EXPECT_TRUE(std::isnan(NarrowToFloat(std::nan(""))));
+  EXPECT_EQ(NarrowToFloat(0.5), 0.5f);
+}
+
+}  // namespace
+}  // namespace plotmeter
