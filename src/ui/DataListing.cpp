@@ -1,11 +1,15 @@
 #include "ui/DataListing.h"
 
 #include <algorithm>
-#include <charconv>
+#include <array>
+#include <filesystem>
 #include <fstream>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
+#include "datafile/DataFileReader.h"
+#include "datafile/FileText.h"
 #include "model/NumberFormat.h"
 #include "model/ValueFormat.h"
 
@@ -367,88 +371,65 @@ constexpr std::string_view kUnknownType = "Data line with unknown type code.";
 constexpr std::string_view kMultipleDummies = "Multiple Sub-div dummy lines present.";
 constexpr std::string_view kNoType = "No type code present.";
 
-constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kTypeLetters = "CBXDGR";
-constexpr std::string_view kFlagLetters = "AIJLFS";  // "s" is read in capitals
 
-std::string_view Trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  const std::size_t last = text.find_last_not_of(kBlanks);
-  return text.substr(first, last - first + 1);
+bool IsWholeNumberIn(std::string_view text, int low, int high) {
+  const std::optional<int> value = ParseWholeNumber(text);
+  return value && *value >= low && *value <= high;
 }
 
-// The `index`th field (from 0), trimmed; empty when the line has fewer fields.
-std::string_view Field(std::string_view line, char separator, int index) {
-  std::size_t start = 0;
-  for (int i = 0; i < index; ++i) {
-    const std::size_t next = line.find(separator, start);
-    if (next == std::string_view::npos) return {};
-    start = next + 1;
-  }
-  const std::size_t end = line.find(separator, start);
-  return Trim(line.substr(start, end == std::string_view::npos ? line.npos : end - start));
-}
+bool IsDecimalOrEmpty(std::string_view text) { return text.empty() || ParseDecimal(text); }
 
-bool HasField(std::string_view line, char separator, int index) {
-  std::size_t start = 0;
-  for (int i = 0; i < index; ++i) {
-    const std::size_t next = line.find(separator, start);
-    if (next == std::string_view::npos) return false;
-    start = next + 1;
-  }
-  return true;
-}
-
-template <typename Number>
-bool ReadNumber(std::string_view text, Number& value) {
-  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  return error == std::errc() && end == text.data() + text.size() && !text.empty();
-}
-
-bool IsIntegerIn(std::string_view text, int low, int high) {
-  int value = 0;
-  return ReadNumber(text, value) && value >= low && value <= high;
-}
-
-bool IsNumberOrEmpty(std::string_view text) {
-  double value = 0;
-  return text.empty() || ReadNumber(text, value);
-}
-
-// The separator that the header's leading digits name, or '\0' when they name none.
-char HeaderSeparator(std::string_view line) {
+// The separator that the header's leading digits name, standing alone before its first
+// occurrence; '\0' when they name none.
+char HeaderSeparator(std::string_view header) {
   std::size_t digits = 0;
-  while (digits < line.size() && digits < 4 && line[digits] >= '0' && line[digits] <= '9') {
+  while (digits < header.size() && digits < 4 && header[digits] >= '0' && header[digits] <= '9') {
     ++digits;
   }
-  int code = 0;
-  if (digits == 0 || !ReadNumber(line.substr(0, digits), code) || code < 1 || code > 255) {
+  if (!IsWholeNumberIn(header.substr(0, digits), 1, 255)) return '\0';
+  const char separator = static_cast<char>(*ParseWholeNumber(header.substr(0, digits)));
+  const std::size_t at = header.find(separator);
+  if (at == std::string_view::npos ||
+      TrimBlanks(header.substr(0, at)) != header.substr(0, digits)) {
     return '\0';
   }
-  const char separator = static_cast<char>(static_cast<unsigned char>(code));
-  return line.find(separator) == digits ? separator : '\0';
+  return separator;
 }
 
-bool HeaderFieldsValid(std::string_view line, char separator) {
-  return Field(line, separator, 1) == "#0092" &&
-         IsIntegerIn(Field(line, separator, 2), 0, kUnitCount - 1) &&
-         IsNumberOrEmpty(Field(line, separator, 3)) && IsNumberOrEmpty(Field(line, separator, 4)) &&
-         HasField(line, separator, 5) && IsIntegerIn(Field(line, separator, 5), 0, 255);
+bool HeaderFieldsValid(std::string_view header, char separator) {
+  std::array<std::string_view, 6> fields;
+  if (SplitFields(header, separator, fields) < fields.size()) return false;
+  for (auto& field : fields) field = TrimBlanks(field);
+  return fields[1] == "#0092" && IsWholeNumberIn(fields[2], 0, kUnitCount - 1) &&
+         (fields[3].empty() || ParseWholeNumber(fields[3])) && IsDecimalOrEmpty(fields[4]) &&
+         IsWholeNumberIn(fields[5], 0, 255);
 }
 
-bool IsDatasetHeader(std::string_view line) {
-  return !line.empty() && (line.front() == 'H' || line.front() == 'h');
+bool IsDatasetHeader(std::string_view line, char separator) {
+  std::array<std::string_view, 1> first;
+  SplitFields(line, separator, first);
+  const std::string_view marker = TrimBlanks(first[0]);
+  return marker == "H" || marker == "h";
 }
 
-// A comment, also in the default layout where it stands behind an empty first field.
-bool IsComment(std::string_view line, char separator) {
-  if (!line.empty() && line.front() == '/') return true;
-  const std::size_t first = line.find(separator);
-  if (first == std::string_view::npos || !Trim(line.substr(0, first)).empty()) return false;
-  const std::string_view rest = Trim(line.substr(first + 1));
-  return !rest.empty() && rest.front() == '/';
+// The whole file, as the reader takes it: a file saved as UTF-8 by an editor reads as its
+// single-byte form. Nothing for a file that cannot be read or is beyond the reader's size.
+std::optional<std::string> ReadWholeFile(const std::string& path) {
+  std::error_code error;
+  if (path.empty() || std::filesystem::is_directory(path, error)) return std::nullopt;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return std::nullopt;
+  std::string text;
+  std::array<char, 1 << 16> buffer;
+  while (in) {
+    in.read(buffer.data(), buffer.size());
+    text.append(buffer.data(), static_cast<std::size_t>(in.gcount()));
+    if (text.size() > kMaxReadBytes) return std::nullopt;
+  }
+  if (in.bad()) return std::nullopt;
+  ConvertEditorUtf8(text);
+  return text;
 }
 
 struct FileDataset {
@@ -463,9 +444,11 @@ struct FileListing {
   std::string fault;  // empty when the file reads well
 };
 
+// Reads the data file again, line by line, with the listing's own checks; the first
+// fault ends the reading with its reason.
 class ListingFileReader {
  public:
-  explicit ListingFileReader(const std::string& path) : in_(path, std::ios::binary) {}
+  explicit ListingFileReader(std::string_view text) : lines_(text) {}
 
   FileListing Read() {
     listing_.fault = ReadAll();
@@ -473,101 +456,92 @@ class ListingFileReader {
   }
 
  private:
-  bool NextLine() {
-    if (!in_ || !std::getline(in_, line_)) return false;
-    if (!line_.empty() && line_.back() == '\r') line_.pop_back();
-    if (first_) {
-      first_ = false;
-      // A byte-order mark left by a text editor is no part of the first line.
-      if (line_.starts_with("\xEF\xBB\xBF")) line_.erase(0, 3);
-    }
-    return true;
-  }
-
-  std::string_view ReadAll() {
-    bool more = NextLine();
-    while (more && line_.starts_with("//")) more = NextLine();
-    if (!more) return kBadHeader;
-    separator_ = HeaderSeparator(line_);
-    if (separator_ == '\0') return kBadHeader;
-    if (!HeaderFieldsValid(line_, separator_)) return kBadHeaderData;
+  std::string ReadAll() {
+    bool more = lines_.Next(line_);
+    while (more && TrimBlanks(line_).starts_with("//")) more = lines_.Next(line_);
+    if (!more || TrimBlanks(line_).empty()) return std::string(kBadHeader);
+    const std::string_view header = TrimBlanks(line_);
+    separator_ = HeaderSeparator(header);
+    if (separator_ == '\0') return std::string(kBadHeader);
+    if (!HeaderFieldsValid(header, separator_)) return std::string(kBadHeaderData);
     for (;;) {
-      if (!NextLine() || Trim(line_).empty()) return kBadDatasets;
-      if (!IsComment(line_, separator_)) break;
+      if (!lines_.Next(line_) || TrimBlanks(line_).empty()) return std::string(kBadDatasets);
+      if (!IsCommentLine(line_, separator_)) break;
     }
-    if (!IsDatasetHeader(line_)) return kBadDatasets;
+    if (!IsDatasetHeader(line_, separator_)) return std::string(kBadDatasets);
     do {
-      std::string_view fault = ReadLine();
+      std::string fault = ReadLine();
       if (!fault.empty()) return fault;
-    } while (NextLine());
-    return EndDataset();
+    } while (lines_.Next(line_));
+    return std::string(EndDataset());
   }
 
-  std::string_view ReadLine() {
-    if (IsDatasetHeader(line_)) return StartDataset();
-    if (Trim(line_).empty() || IsComment(line_, separator_)) return {};
-    return ReadPoint();
+  std::string ReadLine() {
+    if (IsEmptyRow(line_, separator_) || IsCommentLine(line_, separator_)) return {};
+    if (IsDatasetHeader(line_, separator_)) return StartDataset();
+    return std::string(ReadPoint());
   }
 
-  std::string_view EndDataset() {
-    if (!listing_.datasets.empty() && listing_.datasets.back().points.empty()) {
-      return kEmptyDataset;
-    }
-    return {};
+  std::string_view EndDataset() const {
+    const bool empty = !listing_.datasets.empty() && listing_.datasets.back().points.empty();
+    return empty ? kEmptyDataset : std::string_view();
   }
 
-  std::string_view StartDataset() {
-    std::string_view fault = EndDataset();
-    if (!fault.empty()) return fault;
-    const std::string_view code = Field(line_, separator_, 1);
+  std::string StartDataset() {
+    if (!EndDataset().empty()) return std::string(EndDataset());
+    std::array<std::string_view, 2> fields;
+    SplitFields(line_, separator_, fields);
+    const std::string_view code = TrimBlanks(fields[1]);
     const char letter = code.size() == 1 ? DatasetLetter(DatasetTypeFromLetter(code[0])) : '\0';
-    if (letter == '\0') {
-      invalidCode_ = "'" + std::string(code) + "'" + std::string(kInvalidDatasetCode);
-      return invalidCode_;
-    }
+    if (letter == '\0') return "'" + std::string(code) + "'" + std::string(kInvalidDatasetCode);
     if (letter == 'M' || letter == 'N') {
-      if (mainSeen_) return kMultipleMain;
+      if (mainSeen_) return std::string(kMultipleMain);
       mainSeen_ = true;
     }
     if (letter == 'S') {
-      if (subSeen_) return kMultipleSub;
+      if (subSeen_) return std::string(kMultipleSub);
       subSeen_ = true;
     }
-    listing_.datasets.push_back({letter, std::string(Field(line_, separator_, 2)), {}});
+    listing_.datasets.push_back({letter, std::string(TextAfterFields(line_, separator_, 2)), {}});
     return {};
   }
 
   std::string_view ReadPoint() {
+    std::array<std::string_view, 8> fields;
+    SplitFields(line_, separator_, fields);
+    for (auto& field : fields) field = TrimBlanks(field);
     PointRow row;
-    std::string_view fault = ReadType(Field(line_, separator_, 1), row.type);
+    const std::string_view fault = ReadType(fields[1], row.type);
     if (!fault.empty()) return fault;
-    row.number = Field(line_, separator_, 0);
-    row.ref = NumberOrNone(Field(line_, separator_, 2));
-    row.target = NumberOrNone(Field(line_, separator_, 3));
-    row.inXA = Field(line_, separator_, 4);
-    row.inYL = Field(line_, separator_, 5);
-    row.inGpsLong = Field(line_, separator_, 6);
-    row.inGpsLat = Field(line_, separator_, 7);
+    row.number = fields[0];
+    row.ref = NoneWhenZero(fields[2]);
+    row.target = NoneWhenZero(fields[3]);
+    row.inXA = fields[4];
+    row.inYL = fields[5];
+    row.inGpsLong = fields[6];
+    row.inGpsLat = fields[7];
     FillInputValues(row);
     listing_.datasets.back().points.push_back(std::move(row));
     return {};
   }
 
-  static std::string NumberOrNone(std::string_view text) {
+  static std::string NoneWhenZero(std::string_view text) {
     return text == "0" ? std::string() : std::string(text);
   }
 
-  // The type letter and the flags, in the listing's order; a fault text when the field
-  // holds no type, several types or an unknown letter.
+  // The type letter and the flags, in the listing's order; a reason when the field holds
+  // no type, several types or a letter that is neither.
   std::string_view ReadType(std::string_view field, std::string& type) {
     if (field.empty()) return kNoTypeEntry;
-    std::string letters;
+    char letter = '\0';
+    bool severalTypes = false;
     bool shared = false;
     std::uint8_t flags = 0;
     for (char c : field) {
       const char upper = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
       if (kTypeLetters.find(upper) != std::string_view::npos) {
-        letters += upper;
+        severalTypes = severalTypes || letter != '\0';
+        letter = upper;
       } else if (upper == 'S') {
         shared = true;
       } else if (upper == 'A') {
@@ -580,20 +554,19 @@ class ListingFileReader {
         flags |= kPtLink;
       } else if (upper == 'F') {
         flags |= kPtReference;
-      } else if (kBlanks.find(c) == std::string_view::npos) {
+      } else if (c != ' ' && c != '\t') {
         return kUnknownType;
       }
     }
-    if (letters.size() > 1) return kMultipleTypes;
-    if (letters.empty()) return kNoType;
-    const char letter = letters[0];
+    if (severalTypes) return kMultipleTypes;
+    if (letter == '\0') return kNoType;
     if (letter == 'D') {
       if (listing_.datasets.back().code != 'S') return kUnknownType;
       if (dummySeen_) return kMultipleDummies;
       dummySeen_ = true;
     }
     if (letter == 'G' || (flags & (kPtAltGps | kPtLink))) listing_.gpsInput = true;
-    type = std::string(1, letter);
+    type.assign(1, letter);
     if (flags & kPtAltGps) type += 'A';
     if (flags & kPtIntermediate) type += shared ? "Is" : "I";
     if (flags & kPtJoin) type += 'J';
@@ -602,16 +575,20 @@ class ListingFileReader {
     return {};
   }
 
-  std::ifstream in_;
-  std::string line_;
-  bool first_ = true;
+  LineCursor lines_;
+  std::string_view line_;
   char separator_ = ',';
   bool mainSeen_ = false;
   bool subSeen_ = false;
   bool dummySeen_ = false;
-  std::string invalidCode_;
   FileListing listing_;
 };
+
+FileListing ReadListingFile(const std::string& path) {
+  const std::optional<std::string> text = ReadWholeFile(path);
+  if (!text) return {.fault = std::string(kBadHeader)};
+  return ListingFileReader(*text).Read();
+}
 
 bool IsIntermediate(const PointRow& row) { return row.type.find('I') != std::string::npos; }
 
@@ -667,7 +644,7 @@ void DataListLogic::ListProcessed(const Survey& survey) {
 }
 
 void DataListLogic::ListFile(const std::string& path) {
-  FileListing listing = ListingFileReader(path).Read();
+  const FileListing listing = ReadListingFile(path);
   const Layout layout = MakeLayout(ShowColumns, false, listing.gpsInput, false);
   heading_ = HeadingLine(layout);
   if (!listing.fault.empty()) {

@@ -275,6 +275,35 @@ TEST_F(DataListingFileTest, ReadsCrLfLinesAndDefaultLayoutComments) {
   EXPECT_EQ(lines[1], "  1 X           |" + Cell("0", 10) + Cell("0", 10));
 }
 
+TEST_F(DataListingFileTest, EditorUtf8FileListsInItsSingleByteForm) {
+  const auto& lines = ListFile(
+      "\xEF\xBB\xBF"
+      "44,#0092,3,0,0,58\nH,M,Caf\xC3\xA9\n1,C,,,27\xC2\xB0 30',12:6\n");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0], "[M] Dataset as Main (Perimeter) for 'Caf\xE9'");
+  EXPECT_EQ(lines[1], "  1 C           |" + Cell("27\xB0 30'", 10) + Cell("12:6", 10));
+}
+
+TEST_F(DataListingFileTest, EmptyRowsAreSkippedAndTagsMayHoldTheSeparator) {
+  const auto& lines = ListFile(std::string(kHeader) +
+                               "H,M,Smith, North,,\n1,X,,,0,0\n,,,,\n  \n2,X,,,1,0\r3,X,,,1,1\n");
+  const std::vector<std::string> expected = {
+      "[M] Dataset as Main (Perimeter) for 'Smith, North'",
+      "  1 X           |" + Cell("0", 10) + Cell("0", 10),
+      "  2 X           |" + Cell("1", 10) + Cell("0", 10),
+      "  3 X           |" + Cell("1", 10) + Cell("1", 10),
+  };
+  EXPECT_EQ(lines, expected);
+}
+
+TEST_F(DataListingFileTest, FolderIsABadFile) {
+  survey_.CurrentFileName = ::testing::TempDir();
+  list_.Refresh(survey_);
+  const std::vector<std::string> expected = {"Aborted - Bad File",
+                                             "File selected has Invalid Header."};
+  EXPECT_EQ(list_.DataLst(), expected);
+}
+
 TEST_F(DataListingFileTest, TabSeparatedFileReadsByItsOwnSeparator) {
   const auto& lines = ListFile("9\t#0092\t3\t0\t0\t32\nH\tM\n1\tB\t\t\t27 30\t12 6\n");
   ASSERT_EQ(lines.size(), 2u);
