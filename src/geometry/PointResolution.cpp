@@ -56,6 +56,16 @@ PlanePoint PointOnLine(PlanePoint start, PlanePoint target, double t) {
 
 bool StrictlyInside(double t) { return t > 0 && t < 1; }
 
+// The point `length` from `from` in the direction of the line from `start` to `target`;
+// each step rounded to single precision before it is added, as for a bearing.
+PlanePoint StepTowards(PlanePoint from, PlanePoint start, PlanePoint target, float length) {
+  double dx = static_cast<double>(target.x) - start.x;
+  double dy = static_cast<double>(target.y) - start.y;
+  double scale = length / std::hypot(dx, dy);
+  return {NarrowToFloat(static_cast<double>(from.x) + NarrowToFloat(dx * scale)),
+          NarrowToFloat(static_cast<double>(from.y) + NarrowToFloat(dy * scale))};
+}
+
 }  // namespace
 
 Resolver::Resolver(Survey& survey, ProcessingState& state) : survey_(survey), state_(state) {}
@@ -490,7 +500,11 @@ Fault Resolver::PlaceByLength(const DatasetRange& range, int k, int lineStart, i
       return InterimFault(k, kInterimTooLong, kNameLength);
     }
   }
-  out.pos = PointAtBearing(Position(previous), bearing, length);
+  // Along a line between two known points the step follows the line itself rather than
+  // its bearing, so that a line along an axis keeps its points exactly on it.
+  out.pos = alongRun ? PointAtBearing(Position(previous), bearing, length)
+                     : StepTowards(Position(previous), Position(lineStart), Position(target),
+                                   length);
   out.ownBearing = true;
   out.line = {NarrowToFloat(bearing), length};
   if (!IsFinite(out.pos)) return FaultAt(FaultKind::kInvalidData, k);
