@@ -37,9 +37,9 @@ Button CliDialogs::Answer(Buttons buttons) const {
 }
 
 Button CliDialogs::Show(const MessageBox& box) {
-  std::string block;
-  if (!fileHeading_.empty()) block += fileHeading_ + ": ";
-  block += "[" + box.title + "]\n";
+  // The file name is the user's own text, already in the terminal's encoding.
+  if (!fileHeading_.empty()) err_ << fileHeading_ << ": ";
+  std::string block = "[" + box.title + "]\n";
   if (!box.text.empty()) block += box.text + "\n";
   const Button answer = Answer(box.buttons);
   if (box.buttons != Buttons::Ok) {

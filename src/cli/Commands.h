@@ -1,0 +1,51 @@
+// The commands of plotmeter-cli, one function each, over the options that the command
+// line gave them. Each returns the exit status: 0 when every file loaded and processed
+// without a failure box (or was written), 1 otherwise.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace plotmeter {
+
+// Exit statuses.
+inline constexpr int kStatusOk = 0;
+inline constexpr int kStatusFailed = 1;
+inline constexpr int kStatusUsage = 2;
+
+struct CheckOptions {
+  std::vector<std::string> files;
+  bool yes = false;
+};
+
+struct AreaOptions {
+  std::vector<std::string> files;
+  int unit = 1;  // an index in the area unit list, "Hectares" unless chosen
+  int segment = 0;
+  bool json = false;
+  bool yes = false;
+};
+
+struct ListOptions {
+  std::string file;
+  bool processed = false;
+  std::uint8_t showColumns = 0x01;  // "Input Data", as the window opens
+  std::uint8_t includeSets = 0x1F;  // bit i ticks `IncludeCkB` box i
+  bool yes = false;
+};
+
+struct SaveOptions {
+  std::string file;
+  std::string out;
+  int writerOptions = 10;
+  bool yes = false;
+};
+
+int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err);
+int RunArea(const AreaOptions& options, std::ostream& out, std::ostream& err);
+int RunList(const ListOptions& options, std::ostream& out, std::ostream& err);
+int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err);
+
+}  // namespace plotmeter

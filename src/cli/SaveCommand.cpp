@@ -1,0 +1,18 @@
+#include "cli/Commands.h"
+#include "cli/FileBatch.h"
+#include "ui/PlotmeterLogic.h"
+
+namespace plotmeter {
+
+int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
+  return RunBatch({options.file}, options.yes, out, err,
+                  [&](const std::string& file, FileOutput&, CliDialogs& dialogs) {
+                    PlotmeterLogic logic;
+                    // A refused file leaves nothing to write; its box has said why.
+                    if (!logic.Load(file, dialogs).loaded) return kStatusFailed;
+                    logic.survey().WriterOptions = static_cast<std::uint8_t>(options.writerOptions);
+                    return logic.Save(options.out, dialogs) ? kStatusOk : kStatusFailed;
+                  });
+}
+
+}  // namespace plotmeter
