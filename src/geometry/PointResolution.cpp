@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "geometry/PartOutlines.h"
 #include "model/GpsText.h"
 #include "model/ValueText.h"
 
@@ -502,9 +503,9 @@ Fault Resolver::PlaceByLength(const DatasetRange& range, int k, int lineStart, i
   }
   // Along a line between two known points the step follows the line itself rather than
   // its bearing, so that a line along an axis keeps its points exactly on it.
-  out.pos = alongRun ? PointAtBearing(Position(previous), bearing, length)
-                     : StepTowards(Position(previous), Position(lineStart), Position(target),
-                                   length);
+  out.pos = alongRun
+                ? PointAtBearing(Position(previous), bearing, length)
+                : StepTowards(Position(previous), Position(lineStart), Position(target), length);
   out.ownBearing = true;
   out.line = {NarrowToFloat(bearing), length};
   if (!IsFinite(out.pos)) return FaultAt(FaultKind::kInvalidData, k);
@@ -716,19 +717,24 @@ Fault Resolver::ResequenceRun(const DatasetRange& range, int first, int runEnd) 
   return {};
 }
 
+// The line from a dataset's last point back to its start point; for the sub-division of
+// a divided plot, the automatic last line on to the join point the division ends at.
+// Worked out once every position is final.
 void Resolver::SetClosingLines() {
+  bool anyPending = std::any_of(positionWait_.begin(), positionWait_.end(),
+                                [](std::uint8_t wait) { return wait != 0; });
+  if (anyPending) return;
+  std::optional<DivisionPath> division = FindDivisionPath(survey_);
   for (int d = 0; d < survey_.DatasetCount(); ++d) {
     Dataset& set = survey_.Datasets[d];
     DatasetRange range = RangeOf(d);
-    bool closed =
-        (set.DatasetType & (kDatasetMain | kDatasetSubDivision)) && range.end - range.begin >= 2;
-    if (!closed) {
-      set.ClosingBearing = set.ClosingLen = 0;
-      continue;
-    }
     int last = range.end - 1;
-    if (positionWait_[range.begin] || positionWait_[last]) continue;
-    BearingLength line = LineBearingLength(Position(last), Position(range.begin));
+    int to = range.begin;
+    if (division && division->subDataset == d) to = division->endJoin;
+    bool closed = (set.DatasetType & (kDatasetMain | kDatasetSubDivision)) && last >= 0 &&
+                  last >= range.begin && last != to;
+    BearingLength line;
+    if (closed) line = LineBearingLength(Position(last), Position(to));
     set.ClosingBearing = line.bearing;
     set.ClosingLen = line.length;
   }

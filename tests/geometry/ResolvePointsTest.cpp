@@ -402,6 +402,28 @@ TEST_F(ResolvePointsTest, ClosingLinesOnlyForMainAndSubDivision) {
   EXPECT_EQ(survey.Datasets[2].ClosingLen, 0);
 }
 
+TEST_F(ResolvePointsTest, DivisionClosesOnTheJoinPointItEndsAt) {
+  Survey survey = EnteredSurvey()
+                      .Dataset(kTypeM)
+                      .Xy("0", "0")
+                      .Xy("10", "0")
+                      .Join()
+                      .Xy("10", "10")
+                      .Xy("0", "10")
+                      .Join()
+                      .Dataset(kTypeS)
+                      .Xy("10", "0")
+                      .Dummy()
+                      .Xy("6", "4")
+                      .Xy("-1", "10.5")
+                      .Build();
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_NEAR(survey.Datasets[1].ClosingLen, std::hypot(1, 0.5), 1e-5);
+  EXPECT_NEAR(survey.Datasets[1].ClosingBearing, 90 + std::atan(0.5) * 180 / M_PI, 1e-4);
+  EXPECT_EQ(survey.Datasets[0].ClosingBearing, 180);
+  EXPECT_EQ(survey.Datasets[0].ClosingLen, 10);
+}
+
 TEST_F(ResolvePointsTest, LongTraverseResolves) {
   EnteredSurvey entered;
   entered.Dataset(kTypeN).Xy("0", "0");

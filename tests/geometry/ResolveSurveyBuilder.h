@@ -63,6 +63,15 @@ class EnteredSurvey {
     Last().PtRef = number;
     return *this;
   }
+  EnteredSurvey& Join() {
+    Last().PtFlags |= kPtJoin;
+    survey_.JoinPointCount++;
+    return *this;
+  }
+  EnteredSurvey& Dummy() {
+    Last().PtMarks |= kMarkDummy;
+    return *this;
+  }
   EnteredSurvey& Intermediate() {
     Last().PtFlags |= kPtIntermediate;
     return *this;
