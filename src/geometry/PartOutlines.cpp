@@ -125,6 +125,14 @@ std::optional<DivisionPath> FindDivisionPath(const Survey& survey) {
   return path;
 }
 
+float DivisionClosingLength(const Survey& survey, const DivisionPath& path) {
+  int last = path.startJoin;
+  auto [begin, end] = DatasetPoints(survey, path.subDataset);
+  if (end > begin) last = end - 1;
+  return static_cast<float>(
+      std::sqrt(SquaredDistance(survey.Points[last], survey.Points[path.endJoin])));
+}
+
 void BuildPartOutlines(const Survey& survey, ProcessingState& state) {
   state.PartOutlines[0].clear();
   state.PartOutlines[1].clear();

@@ -48,6 +48,10 @@ struct DivisionPath {
 // join points among its points; nullopt otherwise.
 std::optional<DivisionPath> FindDivisionPath(const Survey& survey);
 
+// The length of the division's automatic last line: from the sub-division's last point
+// (the start join point when it has none of its own) to the end join point.
+float DivisionClosingLength(const Survey& survey, const DivisionPath& path);
+
 // Fills `state.PartOutlines` with the two part outlines of a divided plot and sets
 // `kAreaSegmentCount`; clears both (and `kSegmentsSwapped`) when the plot is not divided.
 // For a division inside the plot, part 1 is the part holding the main start point; for

@@ -1,5 +1,7 @@
 #include "ui/Processing.h"
 
+#include <optional>
+
 #include "geometry/Area.h"
 #include "geometry/PartOutlines.h"
 #include "geometry/PerimeterCrossing.h"
@@ -38,9 +40,16 @@ std::string LimitMessage() {
          "\n\nSplit the data to create multiple non-overlapping areas and add the results";
 }
 
-float ClosingLength(const Survey& survey, std::uint8_t kind) {
-  int d = survey.FindDataset(kind);
+float MainClosingLength(const Survey& survey) {
+  int d = survey.FindDataset(kDatasetMain);
   return d >= 0 ? survey.Datasets[d].ClosingLen : 0;
+}
+
+// Measured here rather than read from the sub-division's closing line, so that the
+// message always names the line to the join point that the division ends on.
+float JoinClosingLength(const Survey& survey) {
+  std::optional<DivisionPath> path = FindDivisionPath(survey);
+  return path ? DivisionClosingLength(survey, *path) : 0;
 }
 
 std::string OvershootMessage(const Survey& survey, const OvershootWords& words,
@@ -59,9 +68,9 @@ std::string OvershootMessage(const Survey& survey, const OvershootWords& words,
 std::string CrossingMessage(const Survey& survey, int code) {
   switch (code & kCrossingKindMask) {
     case kCrossingAtStart:
-      return OvershootMessage(survey, kAtStartWords, ClosingLength(survey, kDatasetMain));
+      return OvershootMessage(survey, kAtStartWords, MainClosingLength(survey));
     case kCrossingAtJoin:
-      return OvershootMessage(survey, kAtJoinWords, ClosingLength(survey, kDatasetSubDivision));
+      return OvershootMessage(survey, kAtJoinWords, JoinClosingLength(survey));
     default:
       return "Is not a valid Perimeter as Lines are crossing, no Area value can ce "
              "determined.\n\nPerimeter lines ONLY are displayed, the error lines concerned "

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <vector>
 
 #include "geometry/Area.h"
@@ -84,6 +85,20 @@ TEST(PartOutlinesTest, LastPointOnTheEndJoinIsTheJoinItself) {
   EXPECT_EQ(path->vertices, (Outline{5}));
 }
 
+TEST(PartOutlinesTest, ClosingLengthRunsFromTheLastPointToTheEndJoin) {
+  Survey survey = Square();
+  MarkJoins(survey, 1, 3);
+  int sub = AddDataset(survey, kTypeS, {{10, 0}, {6, 4}, {3, 6}});
+  survey.Points[sub].PtMarks |= kMarkDummy;
+  std::optional<DivisionPath> path = FindDivisionPath(survey);
+  ASSERT_TRUE(path);
+  EXPECT_FLOAT_EQ(DivisionClosingLength(survey, *path), 5);  // (3, 6) to (0, 10)
+  survey.Points[sub + 2].X = 0;
+  survey.Points[sub + 2].Y = 10;
+  path = FindDivisionPath(survey);
+  EXPECT_FLOAT_EQ(DivisionClosingLength(survey, *path), 0);
+}
+
 TEST(PartOutlinesTest, TwoJoinsWithoutSubDivisionMakeAStraightDivision) {
   Survey survey = Square();
   MarkJoins(survey, 0, 2);
@@ -91,6 +106,7 @@ TEST(PartOutlinesTest, TwoJoinsWithoutSubDivisionMakeAStraightDivision) {
   ASSERT_TRUE(path);
   EXPECT_EQ(path->subDataset, -1);
   EXPECT_EQ(path->closingOwner, 2);
+  EXPECT_FLOAT_EQ(DivisionClosingLength(survey, *path), std::sqrt(200.0f));
   ProcessingState state = OutlinesOf(survey);
   EXPECT_EQ(state.PartOutlines[0], (Outline{2, 3, 0}));
   EXPECT_EQ(state.PartOutlines[1], (Outline{0, 1, 2}));

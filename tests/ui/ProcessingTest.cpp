@@ -201,7 +201,9 @@ TEST_F(ProcessingTest, DivisionOvershootingTheJoinGivesTheJoinPointMessage) {
   MarkJoins(loaded, 1, 3);
   int sub = AddDataset(loaded, kTypeS, {{10, 0}, {6, 4}, {-1, 10.5f}});
   loaded.Points[sub].PtMarks |= kMarkDummy;
-  loaded.Datasets[1].ClosingLen = 1.118034f;
+  // The message measures the line from the last point (-1, 10.5) to the end join (0, 10),
+  // not a closing line back to the sub-division's start.
+  loaded.Datasets[1].ClosingLen = 12.04f;
   Load(loaded);
   Run();
   ASSERT_EQ(dialogs.boxes.size(), 1u);
