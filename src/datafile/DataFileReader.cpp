@@ -183,8 +183,9 @@ class DataFileParser {
 
   void KeepUserComments(const std::vector<std::string_view>& top) {
     for (std::string_view line : top) {
+      // Trailing separators are a spreadsheet's padding, not the user's words.
       if (!IsGeneratedTopLine(line, survey_.FieldSeparator)) {
-        survey_.UserComments.emplace_back(TrimTrailingBlanks(line));
+        survey_.UserComments.emplace_back(TextAfterFields(line, survey_.FieldSeparator, 0));
       }
     }
   }

@@ -1,0 +1,236 @@
+// Bad input gets a message, never a crash or a hang; forgiving input reads as intended.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <sstream>
+#include <string>
+
+#include "datafile/DataFileReader.h"
+#include "datafile/SurveyComparison.h"
+#include "support/ScriptedDialogs.h"
+
+namespace plotmeter {
+namespace {
+
+using testing::ExpectSameEnteredSurvey;
+using testing::ScriptedDialogs;
+
+const std::string kSmallFile =
+    "// Unit of Measure is Feet:Inches\n"
+    "// Corner block\n"
+    "//,\n"
+    "44,#0092,3,0,12.5,58,Lot 14\n"
+    "/ Main Dataset Header\n"
+    "H,M,Lot 14\n"
+    "1,X,,,0,0,,\n"
+    "2,C,,,100\xB0"
+    "30',152:6,,\n"
+    "3,C,,,14d45m,96:6,,\n"
+    "4,CJ,,,284:00,148:3,,\n"
+    "5,XJ,,,0,100,,\n"
+    "/ Line Dataset Header\n"
+    "H,L,Driveway\n"
+    "6,R,2,,,,,\n"
+    "7,C,,,282\xB0"
+    "30',40:0,,\n"
+    ",/End data\n";
+
+struct Outcome {
+  Survey survey;
+  ReadResult read;
+  bool good = false;
+  ScriptedDialogs dialogs;
+};
+
+Outcome Load(const std::string& text) {
+  Outcome outcome;
+  std::istringstream in(text);
+  outcome.read = ReadDataFile(outcome.survey, in);
+  outcome.good = CheckLoadedData(outcome.survey, outcome.read, outcome.dialogs);
+  return outcome;
+}
+
+// Whatever the reader made of it, the load ended in a good survey or in one box and
+// an empty survey.
+void ExpectGoodOrCleanlyRefused(const Outcome& outcome) {
+  if (outcome.good) return;
+  ASSERT_FALSE(outcome.dialogs.boxes.empty());
+  EXPECT_EQ(outcome.dialogs.last().title, "File Read Abort");
+  EXPECT_TRUE(outcome.survey.Points.empty());
+  EXPECT_TRUE(outcome.survey.Datasets.empty());
+}
+
+std::string Replaced(std::string text, std::string_view from, std::string_view to) {
+  for (std::size_t at = text.find(from); at != std::string::npos;
+       at = text.find(from, at + to.size())) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+TEST(ReaderRobustnessTest, BinaryGarbage) {
+  std::mt19937 random(2024);
+  for (int round = 0; round < 300; ++round) {
+    std::string text(std::uniform_int_distribution<int>(0, 4000)(random), '\0');
+    for (char& c : text) c = static_cast<char>(random());
+    Outcome outcome = Load(text);
+    EXPECT_FALSE(outcome.good);
+    ExpectGoodOrCleanlyRefused(outcome);
+  }
+}
+
+// Random damage to a good file reaches every step of reading and checking.
+TEST(ReaderRobustnessTest, DamagedGoodFile) {
+  std::mt19937 random(7);
+  const std::string pieces[] = {",", "\n", "\r", "H",  "X", "J",    "L",    "I", "R", "D",
+                                "9", "0",  "/",  "//", "",  "\xC2", "\xB0", "-", "F", "S"};
+  for (int round = 0; round < 2000; ++round) {
+    std::string text = kSmallFile;
+    for (int edits = std::uniform_int_distribution<int>(1, 4)(random); edits > 0; --edits) {
+      std::size_t at = std::uniform_int_distribution<std::size_t>(0, text.size() - 1)(random);
+      std::size_t length = std::uniform_int_distribution<std::size_t>(0, 3)(random);
+      text.replace(at, length, pieces[random() % std::size(pieces)]);
+    }
+    ExpectGoodOrCleanlyRefused(Load(text));
+  }
+}
+
+TEST(ReaderRobustnessTest, EmptyAndBlankFiles) {
+  for (const char* text : {"", "\n", "\r\n\r\n", "   ", "//", "// only\n//,\n"}) {
+    Outcome outcome = Load(text);
+    EXPECT_FALSE(outcome.good);
+    EXPECT_EQ(outcome.read.fault, 1) << text;
+  }
+}
+
+TEST(ReaderRobustnessTest, LineOfSeveralMegabytes) {
+  const std::string huge(6 << 20, 'x');
+  Outcome tagged = Load(Replaced(kSmallFile, "H,L,Driveway", "H,L," + huge));
+  ASSERT_TRUE(tagged.good);
+  EXPECT_EQ(tagged.survey.Datasets[1].DatasetTag, huge);
+
+  Outcome header = Load(std::string(6 << 20, '4') + ",#0092,1,0,0,58\nH,M\n1,X,,,0,0\n");
+  EXPECT_EQ(header.read.fault, 3);
+
+  Outcome comment = Load("/" + huge + "\n" + kSmallFile);
+  EXPECT_EQ(comment.read.fault, 3);  // a comment line cannot stand before the header
+}
+
+std::string PointsFile(int count, int firstReference) {
+  std::string text = "44,#0092,1,0,0,58\nH,M,Big\n1,X,,,0,0,,\n2,X,,,1,0,,\n3,X,,,1,1,,\n";
+  text += "H,P,Chain\n";
+  text += "4,BF," + std::to_string(firstReference) + ",,45,1,,\n";
+  for (int n = 5; n < count + 4; ++n) {
+    text += std::to_string(n) + ",BF," + std::to_string(n - 1) + ",,45,1.5,,\n";
+  }
+  return text;
+}
+
+// A million stand-alone points, each a bearing from the one before: read and checked
+// without deep recursion (measured by hand: well under a second in an optimised build).
+TEST(ReaderRobustnessTest, MillionPointsReferringInAChain) {
+  constexpr int kMillion = 1'000'000;
+  Outcome outcome = Load(PointsFile(kMillion, 3));
+  ASSERT_TRUE(outcome.good) << ReadFaultText(outcome.read);
+  EXPECT_EQ(outcome.survey.PointCount(), kMillion + 3);
+  EXPECT_EQ(outcome.survey.Points.back().PtRef, kMillion + 2);
+}
+
+TEST(ReaderRobustnessTest, MillionPointsInOneCircle) {
+  constexpr int kMillion = 1'000'000;
+  Outcome outcome = Load(PointsFile(kMillion, kMillion + 3));
+  EXPECT_FALSE(outcome.good);
+  EXPECT_EQ(outcome.read.fault, 20);
+  EXPECT_EQ(outcome.read.point, 3);  // the earliest point of the circle
+  EXPECT_TRUE(outcome.survey.Points.empty());
+}
+
+TEST(ReaderRobustnessTest, SeparatorCodeLimits) {
+  std::string withFF = Replaced(Replaced(kSmallFile, ",", "\xFF"), "44\xFF", "255\xFF");
+  Outcome highest = Load(withFF);
+  ASSERT_TRUE(highest.good) << ReadFaultText(highest.read);
+  EXPECT_EQ(highest.survey.FieldSeparator, '\xFF');
+  EXPECT_EQ(highest.survey.PointCount(), 7);
+
+  EXPECT_EQ(Load(Replaced(kSmallFile, "44,#0092", "0,#0092")).read.fault, 3);
+  EXPECT_EQ(Load(Replaced(kSmallFile, "44,#0092", "256,#0092")).read.fault, 3);
+  EXPECT_EQ(Load(Replaced(kSmallFile, "44,#0092", "1,#0092")).read.fault, 3);  // absent
+}
+
+TEST(ReaderRobustnessTest, SubValueCodeLimits) {
+  for (int code : {0, 255}) {
+    Outcome outcome = Load(Replaced(kSmallFile, "12.5,58,", "12.5," + std::to_string(code) + ","));
+    ASSERT_TRUE(outcome.good) << code;
+    EXPECT_EQ(outcome.survey.SubValueSeparator, static_cast<char>(code));
+  }
+  EXPECT_EQ(Load(Replaced(kSmallFile, "12.5,58,", "12.5,256,")).read.fault, 43);
+  EXPECT_EQ(Load(Replaced(kSmallFile, "12.5,58,", "12.5,-1,")).read.fault, 43);
+}
+
+TEST(ReaderRobustnessTest, LineEndingsReadTheSame) {
+  Outcome lf = Load(kSmallFile);
+  ASSERT_TRUE(lf.good);
+  for (const char* ending : {"\r\n", "\r"}) {
+    Outcome other = Load(Replaced(kSmallFile, "\n", ending));
+    ASSERT_TRUE(other.good) << ReadFaultText(other.read);
+    ExpectSameEnteredSurvey(lf.survey, other.survey);
+  }
+}
+
+TEST(ReaderRobustnessTest, FileSavedAsUtf8ReadsAsSingleBytes) {
+  Outcome single = Load(kSmallFile);
+  ASSERT_TRUE(single.good);
+  std::string utf8 = "\xEF\xBB\xBF" + Replaced(kSmallFile, "\xB0", "\xC2\xB0");
+  Outcome converted = Load(utf8);
+  ASSERT_TRUE(converted.good);
+  ExpectSameEnteredSurvey(single.survey, converted.survey);
+  EXPECT_EQ(converted.survey.Points[1].InXA,
+            "100\xB0"
+            "30'");
+}
+
+TEST(ReaderRobustnessTest, EditorSavedFixtureReadsLikeTheExample) {
+  Survey example, fixture;
+  ScriptedDialogs dialogs;
+  ASSERT_TRUE(CheckLoadedData(
+      example, ReadDataFile(example, std::string(PLOTMETER_EXAMPLES_DIR "/farm.csv")), dialogs));
+  ASSERT_TRUE(CheckLoadedData(
+      fixture, ReadDataFile(fixture, std::string(PLOTMETER_TEST_DATA_DIR "/farm-utf8-crlf.csv")),
+      dialogs));
+  EXPECT_TRUE(dialogs.boxes.empty());
+  ExpectSameEnteredSurvey(example, fixture);
+}
+
+// A spreadsheet pads every row to the same width and may leave empty rows.
+TEST(ReaderRobustnessTest, SpreadsheetPaddingIsIgnored) {
+  Outcome plain = Load(kSmallFile);
+  std::string padded = Replaced(kSmallFile, "\n", ",,,,,,,,,,,\n");
+  padded = Replaced(padded, "H,L,Driveway", ",,,,\nH,L,Driveway");
+  Outcome spread = Load(padded);
+  ASSERT_TRUE(spread.good) << ReadFaultText(spread.read);
+  ExpectSameEnteredSurvey(plain.survey, spread.survey);
+}
+
+TEST(ReaderRobustnessTest, CaseAndBlanksDoNotMatter) {
+  Outcome plain = Load(kSmallFile);
+  std::string loose = Replaced(kSmallFile, "H,L,Driveway", " h , l , Driveway ");
+  loose = Replaced(loose, "3,C,,,14d45m", " 3 , c ,  , , 14d45m ");
+  loose = Replaced(loose, "4,CJ,", "4,jc,");
+  Outcome outcome = Load(loose);
+  ASSERT_TRUE(outcome.good) << ReadFaultText(outcome.read);
+  ExpectSameEnteredSurvey(plain.survey, outcome.survey);
+}
+
+TEST(ReaderRobustnessTest, MissingFileOrFolderCannotBeOpened) {
+  for (std::string path : {std::string(PLOTMETER_TEST_DATA_DIR "/no-such-file.csv"),
+                           std::string(PLOTMETER_TEST_DATA_DIR)}) {
+    Survey survey;
+    ReadResult read = ReadDataFile(survey, path);
+    EXPECT_EQ(read.fault, 1) << path;
+    EXPECT_EQ(read.point, -1);
+    EXPECT_EQ(survey.CurrentFileName, path);
+  }
+}
+
+}  // namespace
+}  // namespace plotmeter
