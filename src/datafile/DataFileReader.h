@@ -45,9 +45,11 @@
 //     10  a third join point ("J");  9  a second GPS link point ("L")
 //   Over all points, once the file is read:
 //     16  a point number used twice (named on its second use)
+//   then for each point in file order:
 //     14  a reference to a point number the file does not hold
 //     28  a target point number the file does not hold
 //     13  an "R" point that refers to a point of its own dataset
+//   then:
 //     22  an intermediate point after the last shape point of a line or of a main
 //         non-perimeter dataset (it would lie past the line's end)
 //     20  references that go round in a circle: a point that needs itself, through its

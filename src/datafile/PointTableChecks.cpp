@@ -138,7 +138,10 @@ ReadResult CheckReferencesExist(const Survey& survey, const NumberIndex& numbers
     if (point.PtRef != 0 && reference == kNone) return {14, i, point.PtRef};
     if (point.PtTarget != 0 && numbers.Find(point.PtTarget) == kNone) return {28, i};
     // A shared point stands for a point of another dataset.
-    if (IsReferenceOnly(point) && places.dataset[reference] == places.dataset[i]) return {13, i};
+    if (IsReferenceOnly(point) && reference != kNone &&
+        places.dataset[reference] == places.dataset[i]) {
+      return {13, i};
+    }
   }
   return {};
 }
