@@ -150,17 +150,19 @@ bool IsTypedColumn(Column column) { return column <= kColInLat; }
 struct PointRow {
   std::string number, type, ref, target;
   std::array<std::string, kColumnCount> values;  // only the shown columns are filled
-  std::string inXA, inYL, inGpsLong, inGpsLat;   // for the "Edit" view
+  // X or bearing, Y or length, GPS longitude and latitude, as typed: for the "Edit" view.
+  std::array<std::string_view, 4> input;
 };
 
 std::string PointLine(const PointRow& row, const Layout& layout) {
   std::string line = FormatText(row.number, "@@@");
   std::string type = " " + row.type;
   // A long run of flags still leaves a blank before the reference.
-  if (type.size() < kTypeFieldWidth)
+  if (type.size() < kTypeFieldWidth) {
     type.resize(kTypeFieldWidth, ' ');
-  else
+  } else {
     type += ' ';
+  }
   line += type;
   line += row.ref.empty() ? std::string("   ") : FormatText(row.ref, "@@@");
   line += row.target.empty() ? std::string("    ") : " " + FormatText(row.target, "@@@");
@@ -173,19 +175,10 @@ std::string PointLine(const PointRow& row, const Layout& layout) {
   return line;
 }
 
-std::string EditView(const PointRow& row) {
-  std::string text = "I/P-X(B): " + row.inXA + "\nI/P-Y(L): " + row.inYL;
-  if (!row.inGpsLong.empty() || !row.inGpsLat.empty()) {
-    text += "\nI/P-Long: " + row.inGpsLong + "\nI/P-Lat: " + row.inGpsLat;
-  }
-  return text;
-}
-
 void FillInputValues(PointRow& row) {
-  row.values[kColInX] = row.inXA;
-  row.values[kColInY] = row.inYL;
-  row.values[kColInLong] = row.inGpsLong;
-  row.values[kColInLat] = row.inGpsLat;
+  for (int column = kColInX; column <= kColInLat; ++column) {
+    row.values[column] = row.input[column - kColInX];
+  }
 }
 
 // ---------------------------------------------------------------------------------------
@@ -298,10 +291,7 @@ class ProcessedRows {
     row.type = PointTypeText(point);
     row.ref = NumberOrNone(point.PtRef);
     row.target = NumberOrNone(point.PtTarget);
-    row.inXA = point.InXA;
-    row.inYL = point.InYL;
-    row.inGpsLong = point.InGPSLong;
-    row.inGpsLat = point.InGPSLat;
+    row.input = {point.InXA, point.InYL, point.InGPSLong, point.InGPSLat};
     FillInputValues(row);
     if (shown_[kColX]) row.values[kColX] = FormatLength(format_, point.X);
     if (shown_[kColY]) row.values[kColY] = FormatLength(format_, point.Y);
@@ -432,28 +422,29 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
   return text;
 }
 
-struct FileDataset {
-  char code = '\0';
-  std::string tag;
-  std::vector<PointRow> points;
-};
-
-struct FileListing {
-  std::vector<FileDataset> datasets;
-  bool gpsInput = false;
-  std::string fault;  // empty when the file reads well
+// What the reader hands on of each dataset and data line, as views into the file text.
+class ListingSink {
+ public:
+  virtual ~ListingSink() = default;
+  virtual void Dataset(char code, std::string_view tag) = 0;
+  virtual void Point(PointRow& row, bool intermediate) = 0;
 };
 
 // Reads the data file again, line by line, with the listing's own checks; the first
-// fault ends the reading with its reason.
+// fault ends the reading with its reason. The lines that pass are handed to the sink.
 class ListingFileReader {
  public:
-  explicit ListingFileReader(std::string_view text) : lines_(text) {}
+  ListingFileReader(std::string_view text, ListingSink& sink) : lines_(text), sink_(sink) {}
 
-  FileListing Read() {
-    listing_.fault = ReadAll();
-    return std::move(listing_);
+  // The reason the file is bad; empty when it reads well.
+  std::string Read() {
+    std::string fault = ReadAll();
+    if (fault.empty()) fault = EndDataset();
+    return fault;
   }
+
+  // The file holds GPS input: the listing shows its GPS input columns.
+  bool GpsInput() const { return gpsInput_; }
 
  private:
   std::string ReadAll() {
@@ -473,7 +464,7 @@ class ListingFileReader {
       std::string fault = ReadLine();
       if (!fault.empty()) return fault;
     } while (lines_.Next(line_));
-    return std::string(EndDataset());
+    return {};
   }
 
   std::string ReadLine() {
@@ -482,13 +473,12 @@ class ListingFileReader {
     return std::string(ReadPoint());
   }
 
-  std::string_view EndDataset() const {
-    const bool empty = !listing_.datasets.empty() && listing_.datasets.back().points.empty();
-    return empty ? kEmptyDataset : std::string_view();
+  std::string EndDataset() const {
+    return datasetCode_ != '\0' && datasetPoints_ == 0 ? std::string(kEmptyDataset) : "";
   }
 
   std::string StartDataset() {
-    if (!EndDataset().empty()) return std::string(EndDataset());
+    if (std::string fault = EndDataset(); !fault.empty()) return fault;
     std::array<std::string_view, 2> fields;
     SplitFields(line_, separator_, fields);
     const std::string_view code = TrimBlanks(fields[1]);
@@ -502,7 +492,9 @@ class ListingFileReader {
       if (subSeen_) return std::string(kMultipleSub);
       subSeen_ = true;
     }
-    listing_.datasets.push_back({letter, std::string(TextAfterFields(line_, separator_, 2)), {}});
+    datasetCode_ = letter;
+    datasetPoints_ = 0;
+    sink_.Dataset(letter, TextAfterFields(line_, separator_, 2));
     return {};
   }
 
@@ -511,17 +503,16 @@ class ListingFileReader {
     SplitFields(line_, separator_, fields);
     for (auto& field : fields) field = TrimBlanks(field);
     PointRow row;
-    const std::string_view fault = ReadType(fields[1], row.type);
+    bool intermediate = false;
+    const std::string_view fault = ReadType(fields[1], row.type, intermediate);
     if (!fault.empty()) return fault;
     row.number = fields[0];
     row.ref = NoneWhenZero(fields[2]);
     row.target = NoneWhenZero(fields[3]);
-    row.inXA = fields[4];
-    row.inYL = fields[5];
-    row.inGpsLong = fields[6];
-    row.inGpsLat = fields[7];
+    row.input = {fields[4], fields[5], fields[6], fields[7]};
     FillInputValues(row);
-    listing_.datasets.back().points.push_back(std::move(row));
+    ++datasetPoints_;
+    sink_.Point(row, intermediate);
     return {};
   }
 
@@ -531,7 +522,7 @@ class ListingFileReader {
 
   // The type letter and the flags, in the listing's order; a reason when the field holds
   // no type, several types or a letter that is neither.
-  std::string_view ReadType(std::string_view field, std::string& type) {
+  std::string_view ReadType(std::string_view field, std::string& type, bool& intermediate) {
     if (field.empty()) return kNoTypeEntry;
     char letter = '\0';
     bool severalTypes = false;
@@ -561,14 +552,15 @@ class ListingFileReader {
     if (severalTypes) return kMultipleTypes;
     if (letter == '\0') return kNoType;
     if (letter == 'D') {
-      if (listing_.datasets.back().code != 'S') return kUnknownType;
+      if (datasetCode_ != 'S') return kUnknownType;
       if (dummySeen_) return kMultipleDummies;
       dummySeen_ = true;
     }
-    if (letter == 'G' || (flags & (kPtAltGps | kPtLink))) listing_.gpsInput = true;
+    if (letter == 'G' || (flags & (kPtAltGps | kPtLink))) gpsInput_ = true;
+    intermediate = (flags & kPtIntermediate) != 0;
     type.assign(1, letter);
     if (flags & kPtAltGps) type += 'A';
-    if (flags & kPtIntermediate) type += shared ? "Is" : "I";
+    if (intermediate) type += shared ? "Is" : "I";
     if (flags & kPtJoin) type += 'J';
     if (flags & kPtLink) type += 'L';
     if (flags & kPtReference) type += 'F';
@@ -576,21 +568,25 @@ class ListingFileReader {
   }
 
   LineCursor lines_;
+  ListingSink& sink_;
   std::string_view line_;
   char separator_ = ',';
   bool mainSeen_ = false;
   bool subSeen_ = false;
   bool dummySeen_ = false;
-  FileListing listing_;
+  bool gpsInput_ = false;
+  char datasetCode_ = '\0';
+  int datasetPoints_ = 0;
 };
 
-FileListing ReadListingFile(const std::string& path) {
-  const std::optional<std::string> text = ReadWholeFile(path);
-  if (!text) return {.fault = std::string(kBadHeader)};
-  return ListingFileReader(*text).Read();
-}
+// The first reading: how many points each dataset holds, for its heading line.
+class PointCounter : public ListingSink {
+ public:
+  void Dataset(char, std::string_view) override { counts.push_back(0); }
+  void Point(PointRow&, bool) override { ++counts.back(); }
 
-bool IsIntermediate(const PointRow& row) { return row.type.find('I') != std::string::npos; }
+  std::vector<int> counts;
+};
 
 }  // namespace
 
@@ -606,7 +602,9 @@ void DataListLogic::Refresh(const Survey& survey) {
                 {"File Tag:", survey.FileTag},
                 {"Mag Decl'n:", FormatNumber(survey.MagneticDeclination, "#0.###")}}};
   lines_.clear();
-  editTexts_.clear();
+  lineInput_.clear();
+  inputs_.clear();
+  inputText_.clear();
   if (ProcdCkB) {
     ListProcessed(survey);
   } else {
@@ -614,9 +612,19 @@ void DataListLogic::Refresh(const Survey& survey) {
   }
 }
 
-void DataListLogic::AddLine(std::string line, std::optional<std::string> edit) {
+void DataListLogic::AddLine(std::string line) {
   lines_.push_back(std::move(line));
-  editTexts_.push_back(std::move(edit));
+  lineInput_.push_back(-1);
+}
+
+void DataListLogic::AddPointLine(std::string line, const std::array<std::string_view, 4>& input) {
+  lines_.push_back(std::move(line));
+  lineInput_.push_back(static_cast<int>(inputs_.size()));
+  std::array<TextSpan, 4>& spans = inputs_.emplace_back();
+  for (std::size_t i = 0; i < input.size(); ++i) {
+    spans[i] = {inputText_.size(), input[i].size()};
+    inputText_ += input[i];
+  }
 }
 
 void DataListLogic::ListProcessed(const Survey& survey) {
@@ -630,42 +638,71 @@ void DataListLogic::ListProcessed(const Survey& survey) {
     if (!IsIncluded(IncludeCkB, code)) continue;
     const int start = std::clamp(dataset.DatasetStart, 0, survey.PointCount());
     const int end = std::clamp(survey.DatasetEnd(d), start, survey.PointCount());
-    AddLine(DatasetHeadingLine(code, end - start, dataset.DatasetTag), std::nullopt);
+    AddLine(DatasetHeadingLine(code, end - start, dataset.DatasetTag));
     for (int p = start; p < end; ++p) {
       const Point& point = survey.Points[p];
       if ((point.PtFlags & kPtIntermediate) && !IncludeCkB[kIncludeIntermediate]) continue;
       const PointRow row = rows.Row(point);
-      AddLine(PointLine(row, layout), EditView(row));
+      AddPointLine(PointLine(row, layout), row.input);
     }
     if (HasClosingLine(dataset.DatasetType)) {
-      AddLine(ClosingLineRow(dataset, layout, ShowColumns, rows), std::nullopt);
+      AddLine(ClosingLineRow(dataset, layout, ShowColumns, rows));
     }
   }
 }
 
+// The second reading of a good file: its lines as the listing shows them.
+class DataListLogic::FileLines : public ListingSink {
+ public:
+  FileLines(DataListLogic& list, const Layout& layout, std::vector<int> counts)
+      : list_(list), layout_(layout), counts_(std::move(counts)) {}
+
+  void Dataset(char code, std::string_view tag) override {
+    included_ = IsIncluded(list_.IncludeCkB, code);
+    const int count = counts_[dataset_++];
+    if (included_) list_.AddLine(DatasetHeadingLine(code, count, tag));
+  }
+
+  void Point(PointRow& row, bool intermediate) override {
+    if (!included_ || (intermediate && !list_.IncludeCkB[kIncludeIntermediate])) return;
+    list_.AddPointLine(PointLine(row, layout_), row.input);
+  }
+
+ private:
+  DataListLogic& list_;
+  const Layout& layout_;
+  std::vector<int> counts_;
+  std::size_t dataset_ = 0;
+  bool included_ = false;
+};
+
 void DataListLogic::ListFile(const std::string& path) {
-  const FileListing listing = ReadListingFile(path);
-  const Layout layout = MakeLayout(ShowColumns, false, listing.gpsInput, false);
+  const std::optional<std::string> text = ReadWholeFile(path);
+  PointCounter counter;
+  ListingFileReader check(text ? std::string_view(*text) : std::string_view(), counter);
+  const std::string fault = text ? check.Read() : std::string(kBadHeader);
+  const Layout layout = MakeLayout(ShowColumns, false, check.GpsInput(), false);
   heading_ = HeadingLine(layout);
-  if (!listing.fault.empty()) {
-    AddLine(kAbortedBadFile, std::nullopt);
-    AddLine(listing.fault, std::nullopt);
+  if (!fault.empty()) {
+    AddLine(kAbortedBadFile);
+    AddLine(fault);
     return;
   }
-  for (const FileDataset& dataset : listing.datasets) {
-    if (!IsIncluded(IncludeCkB, dataset.code)) continue;
-    const int count = static_cast<int>(dataset.points.size());
-    AddLine(DatasetHeadingLine(dataset.code, count, dataset.tag), std::nullopt);
-    for (const PointRow& row : dataset.points) {
-      if (IsIntermediate(row) && !IncludeCkB[kIncludeIntermediate]) continue;
-      AddLine(PointLine(row, layout), EditView(row));
-    }
-  }
+  FileLines lines(*this, layout, std::move(counter.counts));
+  ListingFileReader(*text, lines).Read();
 }
 
 std::optional<std::string> DataListLogic::EditText(int index) const {
-  if (index < 0 || index >= static_cast<int>(editTexts_.size())) return std::nullopt;
-  return editTexts_[index];
+  if (index < 0 || index >= static_cast<int>(lineInput_.size()) || lineInput_[index] < 0) {
+    return std::nullopt;
+  }
+  const std::array<TextSpan, 4>& spans = inputs_[lineInput_[index]];
+  auto value = [&](int i) { return inputText_.substr(spans[i].offset, spans[i].size); };
+  std::string edit = "I/P-X(B): " + value(0) + "\nI/P-Y(L): " + value(1);
+  if (spans[2].size > 0 || spans[3].size > 0) {
+    edit += "\nI/P-Long: " + value(2) + "\nI/P-Lat: " + value(3);
+  }
+  return edit;
 }
 
 }  // namespace plotmeter

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/Survey.h"
@@ -66,15 +67,25 @@ class DataListLogic {
   std::optional<std::string> EditText(int index) const;
 
  private:
+  class FileLines;
+  struct TextSpan {
+    std::size_t offset = 0, size = 0;
+  };
+
   void ListProcessed(const Survey& survey);
   void ListFile(const std::string& path);
-  void AddLine(std::string line, std::optional<std::string> edit);
+  void AddLine(std::string line);
+  // A point line and its typed input: X or bearing, Y or length, GPS longitude, latitude.
+  void AddPointLine(std::string line, const std::array<std::string_view, 4>& input);
 
   std::array<SettingLabel, 3> settings_;
   std::string heading_;
   std::vector<std::string> lines_;
-  // The typed input of each point line, by list line; empty for other lines.
-  std::vector<std::optional<std::string>> editTexts_;
+  // The typed input of the point lines, held together in one text: list line i shows the
+  // point whose four values stand at `inputs_[lineInput_[i]]` (-1 for other lines).
+  std::string inputText_;
+  std::vector<std::array<TextSpan, 4>> inputs_;
+  std::vector<int> lineInput_;
 };
 
 }  // namespace plotmeter
