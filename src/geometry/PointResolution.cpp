@@ -123,18 +123,17 @@ bool Resolver::IsTraversePoint(int i) const {
 
 Fault Resolver::CheckDatasets() const {
   int count = survey_.PointCount();
-  if (count == 0) return {};
   int expected = 0;
   for (int d = 0; d < survey_.DatasetCount(); ++d) {
     int start = survey_.Datasets[d].DatasetStart;
     bool inOrder = d == 0 ? start == 0 : start >= expected && start <= count;
     if (!inOrder) {
       state_.ErrorState |= kErrorInvalidData;
-      return FaultAt(FaultKind::kInvalidData, std::clamp(start, 0, count - 1));
+      return FaultAt(FaultKind::kInvalidData, count > 0 ? std::clamp(start, 0, count - 1) : -1);
     }
     expected = start;
   }
-  if (survey_.DatasetCount() == 0) {
+  if (survey_.DatasetCount() == 0 && count > 0) {
     state_.ErrorState |= kErrorInvalidData;
     return FaultAt(FaultKind::kInvalidData, 0);
   }
