@@ -71,6 +71,23 @@ struct PlacementChoice {
   std::string_view valueName;
 };
 
+// Small helpers shared by the two sources of the resolver.
+inline bool IsBlank(const std::string& text) {
+  for (char c : text) {
+    if (c != ' ' && c != '\t') return false;
+  }
+  return true;
+}
+
+inline bool SamePosition(PlanePoint a, PlanePoint b) { return a.x == b.x && a.y == b.y; }
+
+inline Fault FaultAt(FaultKind kind, int point) { return Fault{.kind = kind, .point = point}; }
+
+inline Fault InterimFault(int point, int code, std::string_view valueName) {
+  return Fault{
+      .kind = FaultKind::kBadInterim, .point = point, .code = code, .valueName = valueName};
+}
+
 class Resolver {
  public:
   Resolver(Survey& survey, ProcessingState& state);
