@@ -35,6 +35,7 @@ enum class FaultKind {
   kNoGpsReference,
   kIdenticalPoints,
   kBadInterim,
+  kUnsettled,    // values still waiting after the last repeat pass
   kInvalidData,  // the error exit: `ErrorState` tells which text
 };
 

@@ -37,6 +37,8 @@ std::string ResolutionText(const Survey& survey, const Fault& fault) {
              " is identical to the preceding point\n\n" + std::string(kChangeOrDelete);
     case FaultKind::kBadInterim:
       return "Bad Interim Point data";
+    case FaultKind::kUnsettled:
+      return std::string(kRepeatPassFailed);
     case FaultKind::kInvalidData:
     case FaultKind::kNone:
       break;
@@ -60,6 +62,20 @@ bool Fail(const Survey& survey, ProcessingState& state, const Fault& fault, bool
   state.ErrorState &= kErrorExitMask;
   state.ProcessState &= ~kPassComplete;
   return false;
+}
+
+// Values that waited on a later point or on the link point get at most three more passes,
+// each taking what the pass before made final; never a loop until nothing changes.
+Fault RepeatPasses(resolution::Resolver& resolver, const ProcessingState& state) {
+  if (Fault fault = resolver.RunPass(kRepeatPass)) return fault;
+  if (state.GpsState & kGpsRepassNeeded) {
+    if (Fault fault = resolver.RunPass(kDependentPass)) return fault;
+  }
+  if (state.ProcessState & kTargetRepassNeeded) {
+    if (Fault fault = resolver.RunPass(kDependentPass)) return fault;
+  }
+  if (resolver.AnyPending()) return Fault{.kind = FaultKind::kUnsettled};
+  return {};
 }
 
 std::string EntryFaultText(const Fault& fault) {
@@ -109,23 +125,8 @@ bool ResolvePoints(Survey& survey, ProcessingState& state, std::uint8_t passMode
     return Fail(survey, state, fault, !firstPass, dialogs);
   }
   if (firstPass && resolver.AnyPending()) {
-    // Values that waited on a later point or on the link point: at most three more passes,
-    // each taking what the pass before made final; never a loop until nothing changes.
-    if (Fault fault = resolver.RunPass(kRepeatPass)) {
+    if (Fault fault = RepeatPasses(resolver, state)) {
       return Fail(survey, state, fault, true, dialogs);
-    }
-    if (state.GpsState & kGpsRepassNeeded) {
-      if (Fault fault = resolver.RunPass(kDependentPass)) {
-        return Fail(survey, state, fault, true, dialogs);
-      }
-    }
-    if (state.ProcessState & kTargetRepassNeeded) {
-      if (Fault fault = resolver.RunPass(kDependentPass)) {
-        return Fail(survey, state, fault, true, dialogs);
-      }
-    }
-    if (resolver.AnyPending()) {
-      return Fail(survey, state, Fault{.kind = FaultKind::kBadInterim}, true, dialogs);
     }
   }
   state.ResetSelection();
