@@ -242,7 +242,17 @@ Fault Resolver::PlaceByLength(const DatasetRange& range, int k, int lineStart, i
   return {};
 }
 
+// A run of intermediate points together with the shape point that ends it. That point is
+// placed first unless it is measured from the run itself, so that the run finds its
+// target within the same pass; its checks and derived values wait for the run.
 Fault Resolver::ResolveRun(const DatasetRange& range, int first, int runEnd) {
+  bool hasEnd = runEnd < range.end;
+  bool endFirst = hasEnd && !HangsOnRun(range, first, runEnd);
+  if (endFirst) {
+    Located located;
+    if (Fault fault = LocateShapePoint(range, runEnd, located)) return fault;
+    Store(runEnd, located);
+  }
   int lineStart = first > range.begin ? first - 1 : -1;
   for (int k = first; k < runEnd; ++k) {
     Located located;
@@ -256,7 +266,23 @@ Fault Resolver::ResolveRun(const DatasetRange& range, int first, int runEnd) {
     if (Fault fault = CheckNotIdenticalToPreceding(range, k)) return fault;
     if (Fault fault = DeriveValues(range, k)) return fault;
   }
-  return {};
+  if (!hasEnd) return {};
+  if (endFirst) {
+    if (Fault fault = CheckNotIdenticalToPreceding(range, runEnd)) return fault;
+    return DeriveValues(range, runEnd);
+  }
+  return ResolveShapePoint(range, runEnd);
+}
+
+// True when the shape point `end` that follows the run [first, end) takes its position
+// from a point of the run: a bearing measured from a length point of the run, or a
+// reference to one of its points.
+bool Resolver::HangsOnRun(const DatasetRange& range, int first, int end) const {
+  const Point& p = At(end);
+  bool byGps = (gpsOnly_ && CarriesGps(end)) || (p.PtFlags & kPtInputMask) == kPtGps;
+  if (byGps || (p.PtFlags & kPtXY)) return false;
+  int from = (p.PtFlags & kPtBearing) ? BearingOrigin(range, end) : Lookup(p.PtRef);
+  return from >= first && from < end;
 }
 
 // Puts the intermediate points of one run in their order along the line when they stand

@@ -290,7 +290,7 @@ Fault Resolver::RunPass(std::uint8_t passMode) {
       int runEnd = i;
       while (runEnd < range.end && IsIntermediate(runEnd)) ++runEnd;
       if (Fault fault = ResolveRun(range, i, runEnd)) return fault;
-      i = runEnd;
+      i = runEnd < range.end ? runEnd + 1 : runEnd;
     }
   }
   SetClosingLines();

@@ -145,6 +145,7 @@ class Resolver {
   int BearingOrigin(const DatasetRange& range, int i) const;
   int LineStartBefore(const DatasetRange& range, int i) const;
   int ShapePointAfter(const DatasetRange& range, int i) const;
+  bool HangsOnRun(const DatasetRange& range, int first, int end) const;
   bool MeasuredAlongRun(const DatasetRange& range, int target, int runEnd) const;
 
   Fault LocateShapePoint(const DatasetRange& range, int i, Located& out);

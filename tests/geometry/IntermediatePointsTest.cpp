@@ -68,19 +68,11 @@ TEST_F(IntermediatePointsTest, BothCoordinatesAreBroughtOntoTheLine) {
   ExpectAt(survey, 1, 4, 4);
 }
 
-TEST_F(IntermediatePointsTest, TargetLaterInTheDatasetIsSettledByARepeatPass) {
-  Survey survey = OnDiagonal("4", "");
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NE(state.ProcessState & kPassComplete, 0);
-  EXPECT_EQ(state.ProcessState & kTargetRepassNeeded, 0);
-  EXPECT_EQ(state.ErrorState, 0);
-}
-
-TEST_F(IntermediatePointsTest, OwnTargetChoosesTheLine) {
+TEST_F(IntermediatePointsTest, TargetNamedFurtherOnIsSettledByARepeatPass) {
   Survey survey = EnteredSurvey()
                       .Dataset(kTypeM)
                       .Xy("0", "0")
-                      .Xy("5", "")
+                      .Xy("", "5")
                       .Intermediate()
                       .Target(4)
                       .Xy("10", "0")
@@ -88,6 +80,9 @@ TEST_F(IntermediatePointsTest, OwnTargetChoosesTheLine) {
                       .Build();
   ASSERT_TRUE(Resolve(survey));
   ExpectAt(survey, 1, 5, 5);
+  EXPECT_NE(state.ProcessState & kPassComplete, 0);
+  EXPECT_EQ(state.ProcessState & kTargetRepassNeeded, 0);
+  EXPECT_EQ(state.ErrorState, 0);
 }
 
 TEST_F(IntermediatePointsTest, BearingFromAnExistingPointMeetsTheLine) {
@@ -244,8 +239,7 @@ TEST_F(IntermediatePointsTest, RunWithALengthPointCannotBeResequenced) {
                       .Build();
   EXPECT_FALSE(Resolve(survey));
   ASSERT_EQ(dialogs.boxes.size(), 1u);
-  EXPECT_EQ(dialogs.last().text,
-            "Bad reiterative calculations (for GPS / Inermediate Pt Target data)");
+  EXPECT_EQ(dialogs.last().text, "Bad Interim Point data");
 }
 
 TEST_F(IntermediatePointsTest, IntermediateOnItsPreviousPointIsIdentical) {
@@ -261,7 +255,24 @@ TEST_F(IntermediatePointsTest, IntermediateOnItsPreviousPointIsIdentical) {
   EXPECT_FALSE(Resolve(survey));
   ASSERT_EQ(dialogs.boxes.size(), 1u);
   EXPECT_EQ(dialogs.last().title, kResolveFailedTitle);
-  // Found in the repeat pass, once the target was known.
+  EXPECT_EQ(dialogs.last().text,
+            "Point number 3 is identical to the preceding point\n\nPlease change or delete one "
+            "of these points to enable processing.");
+}
+
+TEST_F(IntermediatePointsTest, FaultFoundOnceALaterTargetIsKnownComesFromARepeatPass) {
+  Survey survey = EnteredSurvey()
+                      .Dataset(kTypeN)
+                      .Xy("0", "0")
+                      .Xy("12", "")
+                      .Intermediate()
+                      .Target(5)
+                      .Xy("0", "9")
+                      .Xy("-3", "9")
+                      .Xy("10", "0")
+                      .Build();
+  EXPECT_FALSE(Resolve(survey));
+  ASSERT_EQ(dialogs.boxes.size(), 1u);
   EXPECT_EQ(dialogs.last().text,
             "Bad reiterative calculations (for GPS / Inermediate Pt Target data)");
 }
@@ -298,10 +309,7 @@ TEST_P(BadInterimTest, CannotBePlaced) {
   EXPECT_EQ(dialogs.last().title, kResolveFailedTitle);
   EXPECT_EQ(dialogs.last().icon, Icon::Critical);
   EXPECT_EQ(dialogs.beeps, 1);
-  // A fault found once the target is known comes from a repeat pass.
-  EXPECT_TRUE(dialogs.last().text == "Bad Interim Point data" ||
-              dialogs.last().text ==
-                  "Bad reiterative calculations (for GPS / Inermediate Pt Target data)");
+  EXPECT_EQ(dialogs.last().text, "Bad Interim Point data");
 }
 
 // Intermediates placed on a line whose start or end is missing fail in the first pass.
