@@ -137,9 +137,8 @@ std::string FractionText(const DecimalDigits& number, int minDecimals) {
 
 std::string GroupThousands(const std::string& integer) {
   std::string text;
-  std::size_t lead = integer.size() % 3;
   for (std::size_t i = 0; i < integer.size(); ++i) {
-    if (i > 0 && (i - lead) % 3 == 0) text.push_back(',');
+    if (i > 0 && (integer.size() - i) % 3 == 0) text.push_back(',');
     text.push_back(integer[i]);
   }
   return text;

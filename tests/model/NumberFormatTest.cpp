@@ -51,7 +51,8 @@ INSTANTIATE_TEST_SUITE_P(
         // Grouping.
         DoubleCase{1234567.8, "#,##0", "1,234,568"}, DoubleCase{999.5, "#,##0", "1,000"},
         DoubleCase{123, "#,##0", "123"}, DoubleCase{-1234, "#,##0", "-1,234"},
-        DoubleCase{0.2, "#,##0", "0"},
+        DoubleCase{0.2, "#,##0", "0"}, DoubleCase{10000, "#,##0", "10,000"},
+        DoubleCase{123456, "#,##0", "123,456"}, DoubleCase{12, "#,##0", "12"},
         // Extremes stay exact in the integer part.
         DoubleCase{1e21, "#0", "1000000000000000000000"}, DoubleCase{1e-300, "#0.0####", "0.0"},
         DoubleCase{123456789012.5, "#0", "123456789013"}));
