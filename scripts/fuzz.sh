@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Fuzzes everything a data file reaches, for a bounded time (seconds, default 60), on the
+# seed corpus of the examples and test files. A crash, leak, sanitizer report or an input
+# that takes over a second fails the run; libFuzzer leaves that input as crash-*/timeout-*
+# in build-asan/fuzz-findings for a regression test. Needs the sanitizer build
+# (scripts/sanitize.sh).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+seconds=${1:-60}
+shift || true
+build=build-asan
+cmake --build "$build" --target plotmeter_fuzz -j "$(nproc)"
+corpus=$build/fuzz-corpus
+findings=$build/fuzz-findings
+mkdir -p "$corpus" "$findings"
+cp examples/*.csv tests/data/*.csv tests/data/fuzz-regressions/* "$corpus"/ 2>/dev/null || true
+export ASAN_OPTIONS=detect_leaks=1
+# The target saves files (with fsync) on every input: keep them in memory when possible.
+[ -d /dev/shm ] && [ -w /dev/shm ] && export TMPDIR=${TMPDIR:-/dev/shm}
+export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+"$build"/fuzz/plotmeter_fuzz -dict=fuzz/datafile.dict -max_total_time="$seconds" \
+  -timeout=1 -rss_limit_mb=2048 -max_len=8192 -print_final_stats=1 \
+  -artifact_prefix="$findings"/ "$@" "$corpus"
