@@ -38,12 +38,12 @@ enum Column {
   kColumnCount
 };
 
-struct ColumnLayout {
+struct ColumnFormat {
   std::string_view heading;
   int width;  // characters of the value, without the separating blank before it
 };
 
-constexpr std::array<ColumnLayout, kColumnCount> kColumns = {{{"I/P-X(B)", 10},
+constexpr std::array<ColumnFormat, kColumnCount> kColumns = {{{"I/P-X(B)", 10},
                                                             {"I/P-Y(L)", 10},
                                                             {"I/P-Long", 15},
                                                             {"I/P-Lat", 15},
@@ -119,10 +119,10 @@ std::string HeadingLine(const Layout& layout) {
   for (const Group& group : layout.groups) {
     line += kGroupMark;
     for (Column column : group.columns) {
-      const ColumnLayout& layout = kColumns[column];
+      const ColumnFormat& format = kColumns[column];
       line += ' ';
-      line += layout.heading;
-      line.append(layout.width - layout.heading.size(), ' ');
+      line += format.heading;
+      line.append(format.width - format.heading.size(), ' ');
     }
   }
   return line;
