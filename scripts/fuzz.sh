@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Fuzzes everything a data file reaches, for a bounded time (seconds, default 60), on the
-# seed corpus of the examples and test files. A crash, leak, sanitizer report or an input
+# seed corpus of the examples, the test files and fuzz/seeds (surveys that reach intermediate
+# points, GPS-only processing and repeat passes). A crash, leak, sanitizer report or an input
 # that takes over a second fails the run; libFuzzer leaves that input as crash-*/timeout-*
 # in build-asan/fuzz-findings for a regression test. Needs the sanitizer build
 # (scripts/sanitize.sh).
@@ -13,7 +14,7 @@ cmake --build "$build" --target plotmeter_fuzz -j "$(nproc)"
 corpus=$build/fuzz-corpus
 findings=$build/fuzz-findings
 mkdir -p "$corpus" "$findings"
-cp examples/*.csv tests/data/*.csv "$corpus"/
+cp examples/*.csv tests/data/*.csv fuzz/seeds/*.csv "$corpus"/
 find tests/data/fuzz-regressions -type f ! -name README -exec cp {} "$corpus"/ \;
 export ASAN_OPTIONS=detect_leaks=1
 # The target saves files (with fsync) on every input: keep them in memory when possible.
