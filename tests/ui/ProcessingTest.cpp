@@ -95,13 +95,6 @@ TEST_F(ProcessingTest, GoodPerimeterShowsItsArea) {
   EXPECT_FALSE(state.DisplayRequest & kRedrawPending);
 }
 
-TEST_F(ProcessingTest, AreaInTheUnitChosenOnTheDisplay) {
-  Load(PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}, {0, 100}}));
-  Run();  // "Hectares" by default
-  EXPECT_EQ(display.AreaValLbl.text, "1.0");
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[0], 1);
-}
-
 TEST_F(ProcessingTest, NoDataExists) {
   Load(PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}}));
   state.DataState = 0;
@@ -113,18 +106,14 @@ TEST_F(ProcessingTest, NoDataExists) {
   EXPECT_FALSE(state.DisplayRequest & kRedrawPending);
 }
 
-TEST_F(ProcessingTest, TwoHundredTenPointsAreProcessed) {
+TEST_F(ProcessingTest, PointLimitIsCountedOverEveryDataset) {
   Load(PerimeterSurvey(Polygon(kPointLimit)));
   Run();
   EXPECT_TRUE(dialogs.boxes.empty());
-  EXPECT_TRUE(state.ProcessState & kAreaComputed);
-  EXPECT_EQ(scene.markers.size(), 210u);
   EXPECT_EQ(scene.lines.size(), 210u);
-}
 
-TEST_F(ProcessingTest, TwoHundredElevenPointsAreOverTheLimit) {
   Survey loaded = PerimeterSurvey(Polygon(200));
-  AddDataset(loaded, kTypeP, std::vector<XY>(11, XY{1, 1}));  // counted over every dataset
+  AddDataset(loaded, kTypeP, std::vector<XY>(11, XY{1, 1}));
   Load(loaded);
   Run();
   ExpectFailureBox(
@@ -146,14 +135,6 @@ TEST_F(ProcessingTest, MainDatasetThatIsNotAPerimeterIsDrawnWithoutArea) {
   EXPECT_EQ(scene.lines.size(), 3u);  // an open line: no closing line
 }
 
-constexpr const char* kStartMessage =
-    "The last line is crossing the first line preventing an area calculation.\n"
-    "Possibly as the last point specified is intended to be the 'Start Point'.\n\n"
-    "The last point is ,1.5 Meters from the Start point.\n\n"
-    "If appropriate, remove the last point from the data to correct,\n"
-    "using only the automatically created last line to the start point.\n\n"
-    "Perimeter lines ONLY are displayed, the error line is highlghted in Red.";
-
 // The traverse's last point overshoots the start point, so its last line crosses the
 // first line; a stand-alone point is kept out of the perimeter-only drawing.
 Survey Overshooting() {
@@ -163,14 +144,72 @@ Survey Overshooting() {
   return survey;
 }
 
-TEST_F(ProcessingTest, LastLineCrossingTheFirstGivesTheStartPointMessage) {
+Survey OvershootingInTabs() {
+  Survey survey = Overshooting();
+  survey.FieldSeparator = '\t';
+  survey.UnitOfMeasure = kUnitNotSpecified;
+  return survey;
+}
+
+// The division's last point (-1, 10.5) overshoots the join point (0, 10). The message
+// measures the line to that join, not a closing line back to the sub-division's start.
+Survey DivisionOvershootingTheJoin() {
+  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
+  MarkJoins(survey, 1, 3);
+  int sub = AddDataset(survey, kTypeS, {{10, 0}, {6, 4}, {-1, 10.5f}});
+  survey.Points[sub].PtMarks |= kMarkDummy;
+  survey.Datasets[1].ClosingLen = 12.04f;
+  return survey;
+}
+
+TEST_F(ProcessingTest, BadPerimeterMessages) {
+  const std::string redLine =
+      "Perimeter lines ONLY are displayed, the error line is highlghted in Red.";
+  const struct {
+    Survey survey;
+    std::string text;
+  } rows[] = {
+      {Overshooting(),
+       "The last line is crossing the first line preventing an area calculation.\n"
+       "Possibly as the last point specified is intended to be the 'Start Point'.\n\n"
+       "The last point is ,1.5 Meters from the Start point.\n\n"
+       "If appropriate, remove the last point from the data to correct,\n"
+       "using only the automatically created last line to the start point.\n\n" +
+           redLine},
+      {OvershootingInTabs(),
+       "The last line is crossing the first line preventing an area calculation.\n"
+       "Possibly as the last point specified is intended to be the 'Start Point'.\n\n"
+       "The last point is \t1.5 <Not specified> from the Start point.\n\n"
+       "If appropriate, remove the last point from the data to correct,\n"
+       "using only the automatically created last line to the start point.\n\n" +
+           redLine},
+      {DivisionOvershootingTheJoin(),
+       "The last sub-division line is crossing the main perimeter preventing an area "
+       "calculation.\n"
+       "Possibly as the last point specified is intended to be the 'Join Point'.\n\n"
+       "The last point is ,1.11803 Meters from the Join point.\n\n"
+       "If appropriate, remove the last point from the data to correct,\n"
+       "using only the automatically created last line to the join point.\n\n" +
+           redLine},
+      {PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {14, 4}, {6, 4}, {0, 10}}),
+       "Is not a valid Perimeter as Lines are crossing, no Area value can ce determined.\n\n"
+       "Perimeter lines ONLY are displayed, the error lines concerned are highlghted in Red."},
+  };
+  for (const auto& row : rows) {
+    dialogs = {};
+    Load(row.survey);
+    Run();
+    ASSERT_EQ(dialogs.boxes.size(), 1u);
+    EXPECT_EQ(dialogs.last().title, "Bad Perimeter Data");
+    EXPECT_EQ(dialogs.last().text, row.text);
+    EXPECT_EQ(dialogs.last().icon, Icon::Exclamation);
+    EXPECT_EQ(dialogs.beeps, 1);
+  }
+}
+
+TEST_F(ProcessingTest, BadPerimeterIsDrawnRedUntilAGoodRun) {
   Load(Overshooting());
   Run();
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  EXPECT_EQ(dialogs.last().title, "Bad Perimeter Data");
-  EXPECT_EQ(dialogs.last().text, kStartMessage);
-  EXPECT_EQ(dialogs.last().icon, Icon::Exclamation);
-  EXPECT_EQ(dialogs.beeps, 1);
   EXPECT_TRUE(state.BadPerimeter);
   EXPECT_FALSE(state.ProcessState & kAreaComputed);
   EXPECT_EQ(display.AreaValLbl.text, "< Bad Perimeter Lines >");
@@ -182,59 +221,7 @@ TEST_F(ProcessingTest, LastLineCrossingTheFirstGivesTheStartPointMessage) {
   EXPECT_EQ(LineEndingAt(1)->colour, kErrorRed);
   EXPECT_EQ(LineEndingAt(2)->colour, kBlack);
   EXPECT_FALSE(state.DisplayRequest & kRedrawPending);
-}
 
-TEST_F(ProcessingTest, StartPointMessageQuotesTheSeparator) {
-  Survey loaded = Overshooting();
-  loaded.FieldSeparator = '\t';
-  loaded.UnitOfMeasure = kUnitNotSpecified;
-  Load(loaded);
-  Run();
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  EXPECT_NE(dialogs.last().text.find("The last point is \t1.5 <Not specified> from the Start "
-                                     "point.\n\nIf appropriate"),
-            std::string::npos);
-}
-
-TEST_F(ProcessingTest, DivisionOvershootingTheJoinGivesTheJoinPointMessage) {
-  Survey loaded = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-  MarkJoins(loaded, 1, 3);
-  int sub = AddDataset(loaded, kTypeS, {{10, 0}, {6, 4}, {-1, 10.5f}});
-  loaded.Points[sub].PtMarks |= kMarkDummy;
-  // The message measures the line from the last point (-1, 10.5) to the end join (0, 10),
-  // not a closing line back to the sub-division's start.
-  loaded.Datasets[1].ClosingLen = 12.04f;
-  Load(loaded);
-  Run();
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  EXPECT_EQ(dialogs.last().title, "Bad Perimeter Data");
-  EXPECT_EQ(dialogs.last().text,
-            "The last sub-division line is crossing the main perimeter preventing an area "
-            "calculation.\n"
-            "Possibly as the last point specified is intended to be the 'Join Point'.\n\n"
-            "The last point is ,1.11803 Meters from the Join point.\n\n"
-            "If appropriate, remove the last point from the data to correct,\n"
-            "using only the automatically created last line to the join point.\n\n"
-            "Perimeter lines ONLY are displayed, the error line is highlghted in Red.");
-  EXPECT_EQ(dialogs.last().icon, Icon::Exclamation);
-}
-
-TEST_F(ProcessingTest, LinesCrossingElsewhere) {
-  Load(PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {14, 4}, {6, 4}, {0, 10}}));
-  Run();
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  EXPECT_EQ(dialogs.last().title, "Bad Perimeter Data");
-  EXPECT_EQ(dialogs.last().text,
-            "Is not a valid Perimeter as Lines are crossing, no Area value can ce "
-            "determined.\n\nPerimeter lines ONLY are displayed, the error lines concerned are "
-            "highlghted in Red.");
-  EXPECT_EQ(dialogs.last().icon, Icon::Exclamation);
-  EXPECT_EQ(dialogs.beeps, 1);
-}
-
-TEST_F(ProcessingTest, GoodRunAfterABadOneClearsTheBadState) {
-  Load(Overshooting());
-  Run();
   survey.Points[4].X = -1;  // corrected: the last point now stays outside the first line
   survey.Points[4].Y = 5;
   dialogs.boxes.clear();
@@ -287,17 +274,6 @@ TEST_F(ProcessingTest, SelectionOutOfViewIsReset) {
   EXPECT_EQ(state.SelectedDataset, 0);
 }
 
-TEST_F(ProcessingTest, SelectedPointStaysEnlarged) {
-  Load(PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}}));
-  state.SelectedPoint = 1;
-  state.SelectedDataset = 1;
-  Run();
-  EXPECT_EQ(state.SelectedPoint, 1);
-  for (const SceneMarker& marker : scene.markers) {
-    EXPECT_FLOAT_EQ(marker.size, (marker.point == 1 ? 4 : 1) * scene.markerSize);
-  }
-}
-
 TEST_F(ProcessingTest, DividedPlotOffersItsSegments) {
   Survey loaded = PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}, {0, 100}});
   MarkJoins(loaded, 0, 2);
@@ -311,6 +287,7 @@ TEST_F(ProcessingTest, DividedPlotOffersItsSegments) {
   EXPECT_TRUE(display.AreaSgmtCmb.visible);
   EXPECT_EQ(display.AreaValLbl.text, "5,000");
   EXPECT_TRUE(display.LotLblVisible[0] == false);  // no sub-division dataset to label
+  EXPECT_TRUE(SegmentItems(ProcessingState{}).empty());
 }
 
 TEST_F(ProcessingTest, ExtensionOffersTheEnlargedPlotFirst) {
@@ -329,11 +306,6 @@ TEST_F(ProcessingTest, ExtensionOffersTheEnlargedPlotFirst) {
   Run();
   EXPECT_EQ(display.AreaValLbl.text, "100.0");  // the main plot as surveyed
   EXPECT_FALSE(display.AreaSgmtCmb.visible);
-}
-
-TEST(SegmentItemsTest, NoneForASingleArea) {
-  ProcessingState state;
-  EXPECT_TRUE(SegmentItems(state).empty());
 }
 
 }  // namespace
