@@ -10,61 +10,63 @@
 namespace plotmeter {
 namespace {
 
-using testing::EnteredSurvey;
+using testing::Entered;
 using testing::ScriptedDialogs;
 
 const std::string kChange = "Please change or delete one of these points to enable processing.";
 
-class CheckEnteredPointTest : public ::testing::Test {
+// A point typed anew as the data line `line` ("2,BF,1,,0,10"): its input changes, its
+// position stays that of the last processing until the next one. Inserted before point
+// `index` when `insert`, else in its place. Empty `fault`: the entry is accepted.
+struct EntryRow {
+  const char* name;
+  int index;
+  bool insert;
+  const char* line;
+  std::string fault;
+};
+
+void PrintTo(const EntryRow& row, std::ostream* out) { *out << row.name; }
+
+class CheckEnteredPointTest : public ::testing::TestWithParam<EntryRow> {
  protected:
-  // The square (0,0) (10,0) (10,10) (0,10), resolved as the last processing left it.
-  void SetUp() override {
-    survey = EnteredSurvey()
-                 .Dataset(kTypeM)
-                 .Xy("0", "0")
-                 .Xy("10", "0")
-                 .Xy("10", "10")
-                 .Xy("0", "10")
-                 .Build();
+  void Check(const char* resolved) {
+    survey = Entered(resolved);
     ASSERT_TRUE(ResolvePoints(survey, state, kFirstPass, dialogs));
-  }
-
-  // Types point `index` anew: its input changes, its position stays that of the last
-  // processing until the next one.
-  void Enter(int index, const Point& typed) {
-    Point& point = survey.Points[index];
-    point.PtFlags = typed.PtFlags;
-    point.PtRef = typed.PtRef;
-    point.InXA = typed.InXA;
-    point.InYL = typed.InYL;
-    point.InGPSLong = typed.InGPSLong;
-    point.InGPSLat = typed.InGPSLat;
-  }
-  // Inserts a point typed as `point` before `index`.
-  void Insert(int index, Point point) {
-    point.PtNumber = 50 + index;
-    survey.Points.insert(survey.Points.begin() + index, point);
-  }
-
-  bool Check(int index) { return CheckEnteredPoint(survey, state, index, dialogs); }
-
-  void ExpectFault(int index, const std::string& fault) {
-    EXPECT_FALSE(Check(index));
+    const EntryRow& row = GetParam();
+    Point typed = Entered(row.line).Points[0];
+    if (row.insert) {
+      survey.Points.insert(survey.Points.begin() + row.index, typed);
+    } else {
+      Point& point = survey.Points[row.index];
+      point.PtFlags = typed.PtFlags;
+      point.PtRef = typed.PtRef;
+      point.InXA = typed.InXA;
+      point.InYL = typed.InYL;
+      point.InGPSLong = typed.InGPSLong;
+      point.InGPSLat = typed.InGPSLat;
+    }
+    const Point before = survey.Points[row.index];
+    state.ErrorState = 0x08;
+    const bool accepted = CheckEnteredPoint(survey, state, row.index, dialogs);
+    // Nothing is stored: the point keeps the position of the last processing.
+    EXPECT_EQ(survey.Points[row.index].X, before.X);
+    EXPECT_EQ(survey.Points[row.index].Y, before.Y);
+    EXPECT_EQ(state.ErrorState, 0x08);
+    EXPECT_EQ(survey.ValueMarks, 0);
+    if (row.fault.empty()) {
+      EXPECT_TRUE(accepted);
+      EXPECT_TRUE(dialogs.boxes.empty());
+      return;
+    }
+    EXPECT_FALSE(accepted);
     ASSERT_EQ(dialogs.boxes.size(), 1u);
     EXPECT_EQ(dialogs.last().title, "Invalid Interim Point Entry");
     EXPECT_EQ(dialogs.last().text,
-              "Please correct entry for Point " + std::to_string(index + 1) + "\n" + fault);
+              "Please correct entry for Point " + std::to_string(row.index + 1) + "\n" + row.fault);
     EXPECT_EQ(dialogs.last().icon, Icon::Critical);
     EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
     EXPECT_EQ(dialogs.beeps, 1);
-  }
-
-  static Point Typed(std::uint8_t flags, std::string xa, std::string yl) {
-    Point point;
-    point.PtFlags = flags;
-    point.InXA = std::move(xa);
-    point.InYL = std::move(yl);
-    return point;
   }
 
   Survey survey;
@@ -72,168 +74,88 @@ class CheckEnteredPointTest : public ::testing::Test {
   ScriptedDialogs dialogs;
 };
 
-TEST_F(CheckEnteredPointTest, AcceptsAPointOffTheOthers) {
-  Enter(1, Typed(kPtXY, "12", "1"));
-  EXPECT_TRUE(Check(1));
-  EXPECT_TRUE(dialogs.boxes.empty());
-  EXPECT_EQ(dialogs.beeps, 0);
-  // Nothing is stored: the point keeps the position of the last processing.
-  EXPECT_EQ(survey.Points[1].X, 10);
-  EXPECT_EQ(survey.Points[1].Y, 0);
+class SquareEntryTest : public CheckEnteredPointTest {};
+
+// The square (0,0) (10,0) (10,10) (0,10); intermediate points go on the line from
+// (10,0) to (10,10).
+TEST_P(SquareEntryTest, NamesThePointAndTheFault) {
+  Check("H,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,10\n4,X,,,0,10");
 }
 
-TEST_F(CheckEnteredPointTest, PointOnTheFollowingPoint) {
-  Enter(1, Typed(kPtXY, "10", "10"));
-  ExpectFault(1, "Point is identical to the following point\n" + kChange);
-}
-
-TEST_F(CheckEnteredPointTest, PointOnAnEarlierPoint) {
-  Enter(2, Typed(kPtXY, "0", "0"));
-  ExpectFault(2, "Point is identical to an earlier point\n" + kChange);
-}
-
-TEST_F(CheckEnteredPointTest, BearingPointLandingOnTheFollowingPoint) {
-  Point point = Typed(kPtBearing | kPtReference, "0", "10");
-  point.PtRef = 1;
-  Enter(2, point);
-  ExpectFault(2, "Point is identical to the following point\n" + kChange);
-}
-
-TEST_F(CheckEnteredPointTest, BearingPointLandingOnAnEarlierPoint) {
-  Point point = Typed(kPtBearing | kPtReference, "0", "10");
-  point.PtRef = 2;
-  Enter(3, point);
-  ExpectFault(3, "Point is identical to an earlier point\n" + kChange);
-}
-
-TEST_F(CheckEnteredPointTest, GpsPointWithoutALinkPoint) {
-  Point point = Typed(kPtXY | kPtGps, "12", "1");
-  point.InGPSLong = "151";
-  point.InGPSLat = "-33";
-  Enter(1, point);
-  ExpectFault(1, "Attempting to generate GPS values without a GPS linked point.");
-}
-
-struct InterimCase {
-  const char* name;
-  std::uint8_t flags;
-  const char* xa;
-  const char* yl;
-  int ref;
-  std::string fault;
-};
-
-class InterimEntryTest : public CheckEnteredPointTest,
-                         public ::testing::WithParamInterface<InterimCase> {};
-
-// An intermediate point inserted on the line from (10,0) to (10,10).
-TEST_P(InterimEntryTest, NamesTheValueAndTheFault) {
-  const InterimCase& c = GetParam();
-  Point point = Typed(c.flags | kPtIntermediate, c.xa, c.yl);
-  point.PtRef = c.ref;
-  Insert(2, point);
-  if (c.fault.empty()) {
-    EXPECT_TRUE(Check(2));
-    EXPECT_TRUE(dialogs.boxes.empty());
-  } else {
-    ExpectFault(2, c.fault);
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, InterimEntryTest,
-    ::testing::Values(
-        InterimCase{"YBetween", kPtXY, "", "4", 0, ""},
-        InterimCase{"YBeyond", kPtXY, "", "12", 0,
-                    "Intermediate Y co-ordinate value must be between the values for the "
-                    "previous and next points."},
-        InterimCase{"XAlongAnUprightLine", kPtXY, "10", "", 0,
-                    "Intermediate X co-ordinate without valid input found."},
-        InterimCase{"BothBehindTheStart", kPtXY, "9", "-3", 0,
-                    "Intermediate co-ordinate value must be between the values for the previous "
-                    "and next points."},
-        InterimCase{"NoCoordinates", kPtXY, "", "", 0,
-                    "Intermediate co-ordinate without valid input found."},
-        InterimCase{"UnreadableCoordinate", kPtXY, "ten", "", 0,
-                    "Intermediate co-ordinate without valid input found."},
-        InterimCase{"BearingBetween", kPtBearing, "60", "", 1, ""},
-        InterimCase{"BearingAway", kPtBearing, "270", "", 1,
-                    "Intermediate as bearing from existing point value must be between the "
-                    "values for the previous and next points."},
-        InterimCase{"BearingWithoutReference", kPtBearing, "90", "", 0,
-                    "Intermediate as bearing from existing point without valid input found."},
-        InterimCase{"LengthShort", kPtBearing, "", "6", 0, ""},
-        InterimCase{"LengthTooLong", kPtBearing, "", "10", 0,
-                    "Intermediate point's length must be less than that originally set to the "
-                    "next point."},
-        InterimCase{"LengthZero", kPtBearing, "", "0", 0,
-                    "Intermediate Bearing Length value must be between the values for the "
-                    "previous and next points."},
-        InterimCase{"NoBearingNoLength", kPtBearing, "", "", 0,
-                    "Intermediate Bearing Length without valid input found."}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Rows, SquareEntryTest, ::testing::Values(
+    EntryRow{"OffTheOthers", 1, false, "2,X,,,12,1", ""},
+    EntryRow{"OnTheFollowingPoint", 1, false, "2,X,,,10,10",
+             "Point is identical to the following point\n" + kChange},
+    EntryRow{"OnAnEarlierPoint", 2, false, "3,X,,,0,0",
+             "Point is identical to an earlier point\n" + kChange},
+    EntryRow{"BearingOnTheFollowingPoint", 2, false, "3,BF,1,,0,10",
+             "Point is identical to the following point\n" + kChange},
+    EntryRow{"BearingOnAnEarlierPoint", 3, false, "4,BF,2,,0,10",
+             "Point is identical to an earlier point\n" + kChange},
+    EntryRow{"GpsWithoutALink", 1, false, "2,XA,,,12,1,151,-33",
+             "Attempting to generate GPS values without a GPS linked point."},
+    EntryRow{"YBetween", 2, true, "9,XI,,,,4", ""},
+    EntryRow{"YBeyond", 2, true, "9,XI,,,,12",
+             "Intermediate Y co-ordinate value must be between the values for the previous and "
+             "next points."},
+    EntryRow{"XAlongAnUprightLine", 2, true, "9,XI,,,10,",
+             "Intermediate X co-ordinate without valid input found."},
+    EntryRow{"BothBehindTheStart", 2, true, "9,XI,,,9,-3",
+             "Intermediate co-ordinate value must be between the values for the previous and "
+             "next points."},
+    EntryRow{"NoCoordinates", 2, true, "9,XI,,,,",
+             "Intermediate co-ordinate without valid input found."},
+    EntryRow{"UnreadableCoordinate", 2, true, "9,XI,,,ten,",
+             "Intermediate co-ordinate without valid input found."},
+    EntryRow{"DoubledSeparator", 2, true, "9,XI,,,1\\\\2,",
+             "Intermediate co-ordinate without valid input found."},
+    EntryRow{"BearingBetween", 2, true, "9,BI,1,,60,", ""},
+    EntryRow{"BearingAway", 2, true, "9,BI,1,,270,",
+             "Intermediate as bearing from existing point value must be between the values for "
+             "the previous and next points."},
+    EntryRow{"BearingWithoutReference", 2, true, "9,BI,,,90,",
+             "Intermediate as bearing from existing point without valid input found."},
+    EntryRow{"LengthShort", 2, true, "9,BI,,,,6", ""},
+    EntryRow{"LengthTooLong", 2, true, "9,BI,,,,10",
+             "Intermediate point's length must be less than that originally set to the next "
+             "point."},
+    EntryRow{"LengthZero", 2, true, "9,BI,,,,0",
+             "Intermediate Bearing Length value must be between the values for the previous and "
+             "next points."},
+    EntryRow{"NoBearingNoLength", 2, true, "9,BI,,,,",
+             "Intermediate Bearing Length without valid input found."}),
     [](const auto& info) { return std::string(info.param.name); });
+// clang-format on
 
-class GpsInterimEntryTest : public CheckEnteredPointTest {
- protected:
-  // The start point is the link point, at 151° E 33° S; the line runs due north.
-  void SetUp() override {
-    survey = EnteredSurvey()
-                 .Dataset(kTypeM)
-                 .Xy("0", "0")
-                 .WithGps("151", "-33")
-                 .Link()
-                 .Xy("0", "5000")
-                 .Xy("-100", "5000")
-                 .Build();
-    ASSERT_TRUE(ResolvePoints(survey, state, kFirstPass, dialogs));
-  }
+class GpsEntryTest : public CheckEnteredPointTest {};
 
-  void InsertGps(std::string longitude, std::string latitude) {
-    Point point = Typed(kPtGps | kPtIntermediate, "", "");
-    point.InGPSLong = std::move(longitude);
-    point.InGPSLat = std::move(latitude);
-    Insert(1, point);
-  }
-};
-
-TEST_F(GpsInterimEntryTest, PositionBetweenIsAccepted) {
-  InsertGps("151", "-32.99");
-  EXPECT_TRUE(Check(1));
+// The start point is the link point, at 151° E 33° S; the line runs due north.
+TEST_P(GpsEntryTest, NamesThePointAndTheFault) {
+  Check("H,M\n1,XL,,,0,0,151,-33\n2,X,,,0,5000\n3,X,,,-100,5000");
 }
 
-TEST_F(GpsInterimEntryTest, PositionBeyondTheTarget) {
-  InsertGps("151", "-32.9");
-  ExpectFault(1,
-              "Intermediate GPS value must be between the values for the previous and next "
-              "points.");
-}
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Rows, GpsEntryTest, ::testing::Values(
+    EntryRow{"Between", 1, true, "9,GI,,,,,151,-32.99", ""},
+    EntryRow{"BeyondTheTarget", 1, true, "9,GI,,,,,151,-32.9",
+             "Intermediate GPS value must be between the values for the previous and next "
+             "points."},
+    EntryRow{"LatitudeAloneBehindTheStart", 1, true, "9,GI,,,,,,-33.01",
+             "Intermediate GPS Latitude value must be between the values for the previous and "
+             "next points."},
+    EntryRow{"LongitudeAloneOnAnUprightLine", 1, true, "9,GI,,,,,151.001,",
+             "Intermediate GPS Longitude without valid input found."}),
+    [](const auto& info) { return std::string(info.param.name); });
+// clang-format on
 
-TEST_F(GpsInterimEntryTest, LatitudeAloneBehindTheStart) {
-  InsertGps("", "-33.01");
-  ExpectFault(1,
-              "Intermediate GPS Latitude value must be between the values for the previous and "
-              "next points.");
-}
-
-TEST_F(GpsInterimEntryTest, LongitudeAloneOnAnUprightLine) {
-  InsertGps("151.001", "");
-  ExpectFault(1, "Intermediate GPS Longitude without valid input found.");
-}
-
-TEST_F(CheckEnteredPointTest, IndexOutsideThePointsIsRefusedQuietly) {
-  EXPECT_FALSE(Check(-1));
-  EXPECT_FALSE(Check(4));
+TEST(CheckEnteredPointIndexTest, OutsideThePointsIsRefusedQuietly) {
+  Survey survey = Entered("H,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,10");
+  ProcessingState state;
+  ScriptedDialogs dialogs;
+  EXPECT_FALSE(CheckEnteredPoint(survey, state, -1, dialogs));
+  EXPECT_FALSE(CheckEnteredPoint(survey, state, 3, dialogs));
   EXPECT_TRUE(dialogs.boxes.empty());
-}
-
-TEST_F(CheckEnteredPointTest, LeavesTheErrorStateAndValueMarksAsTheyWere) {
-  state.ErrorState = 0x08;
-  survey.ValueMarks = 0;
-  Point point = Typed(kPtXY | kPtIntermediate, "1\\\\2", "");
-  Insert(2, point);
-  EXPECT_FALSE(Check(2));
-  EXPECT_EQ(state.ErrorState, 0x08);
-  EXPECT_EQ(survey.ValueMarks, 0);
 }
 
 }  // namespace

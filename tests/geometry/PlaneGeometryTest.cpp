@@ -9,23 +9,6 @@
 namespace plotmeter {
 namespace {
 
-struct AxisCase {
-  double bearing;
-  PlanePoint expected;
-};
-
-class PointAtBearingAxisTest : public ::testing::TestWithParam<AxisCase> {};
-
-TEST_P(PointAtBearingAxisTest, TenAlongEachAxisFromTheOrigin) {
-  PlanePoint p = PointAtBearing({0, 0}, GetParam().bearing, 10);
-  EXPECT_NEAR(p.x, GetParam().expected.x, 1e-5);
-  EXPECT_NEAR(p.y, GetParam().expected.y, 1e-5);
-}
-
-INSTANTIATE_TEST_SUITE_P(Axes, PointAtBearingAxisTest,
-                         ::testing::Values(AxisCase{0, {0, 10}}, AxisCase{90, {10, 0}},
-                                           AxisCase{180, {0, -10}}, AxisCase{270, {-10, 0}}));
-
 TEST(PointAtBearingTest, RoundsEachProductToSinglePrecisionBeforeAdding) {
   // With the origin far out, adding the unrounded double product would round differently.
   PlanePoint origin{1000.5f, -2000.25f};

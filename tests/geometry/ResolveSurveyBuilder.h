@@ -1,106 +1,83 @@
-// Surveys as a user enters them (entered texts, flags and references, nothing resolved),
-// for the point resolution tests.
+// Surveys as a user enters them, for the point resolution tests: written as the dataset
+// and point lines of a data file ("H,M", then "1,XJ,,,0,0": number, type, reference,
+// target, X or bearing, Y or length, GPS longitude and latitude). Nothing is checked
+// and nothing resolved, so a test can hand resolution what the reader would refuse.
 #pragma once
 
-#include <cstdint>
+#include <sstream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "model/Survey.h"
 
 namespace plotmeter::testing {
 
-class EnteredSurvey {
- public:
-  explicit EnteredSurvey(int unit = kUnitMeters) {
-    survey_.UnitOfMeasure = unit;
-    survey_.SubValueSeparator = '\\';
-  }
-
-  EnteredSurvey& Dataset(std::uint8_t type) {
-    survey_.Datasets.push_back(
-        plotmeter::Dataset{.DatasetType = type, .DatasetStart = survey_.PointCount()});
-    return *this;
-  }
-
-  // Point inputs; each new point is numbered by its place, counting from 1.
-  EnteredSurvey& Xy(std::string x, std::string y) { return Add(kPtXY, x, y); }
-  EnteredSurvey& Bearing(std::string bearing, std::string length) {
-    return Add(kPtBearing, bearing, length);
-  }
-  EnteredSurvey& Compass(std::string bearing, std::string length) {
-    Add(kPtBearing, bearing, length);
-    Last().PtMarks |= kMarkCompass;
-    return *this;
-  }
-  EnteredSurvey& Gps(std::string longitude, std::string latitude) {
-    Add(kPtGps, "", "");
-    return WithGps(longitude, latitude);
-  }
-  EnteredSurvey& Reference(int number) {
-    Add(kPtReference, "", "");
-    Last().PtRef = number;
-    return *this;
-  }
-  EnteredSurvey& Flags(std::uint8_t flags) { return Add(flags, "", ""); }
-
-  // Changes to the point added last.
-  EnteredSurvey& WithGps(std::string longitude, std::string latitude) {
-    Last().PtFlags |= kPtGps;
-    Last().InGPSLong = longitude;
-    Last().InGPSLat = latitude;
-    return *this;
-  }
-  EnteredSurvey& Link() {
-    Last().PtFlags |= kPtLink | kPtGps;
-    return *this;
-  }
-  EnteredSurvey& From(int number) {
-    Last().PtFlags |= kPtReference;
-    Last().PtRef = number;
-    return *this;
-  }
-  EnteredSurvey& Ref(int number) {
-    Last().PtRef = number;
-    return *this;
-  }
-  EnteredSurvey& Join() {
-    Last().PtFlags |= kPtJoin;
-    survey_.JoinPointCount++;
-    return *this;
-  }
-  EnteredSurvey& Dummy() {
-    Last().PtMarks |= kMarkDummy;
-    return *this;
-  }
-  EnteredSurvey& Intermediate() {
-    Last().PtFlags |= kPtIntermediate;
-    return *this;
-  }
-  EnteredSurvey& Target(int number) {
-    Last().PtTarget = number;
-    return *this;
-  }
-  EnteredSurvey& Number(int number) {
-    Last().PtNumber = number;
-    return *this;
-  }
-
-  Point& Last() { return survey_.Points.back(); }
-  Survey& survey() { return survey_; }
-  Survey Build() const { return survey_; }
-
- private:
-  EnteredSurvey& Add(std::uint8_t flags, std::string xa, std::string yl) {
+inline Survey Entered(std::string_view lines, int unit = kUnitMeters) {
+  Survey survey;
+  survey.UnitOfMeasure = unit;
+  survey.SubValueSeparator = '\\';
+  std::istringstream in{std::string(lines)};
+  for (std::string line; std::getline(in, line);) {
+    std::vector<std::string> fields;
+    std::istringstream fieldsIn(line + ",");
+    for (std::string field; std::getline(fieldsIn, field, ',');) fields.push_back(field);
+    fields.resize(8);
+    if (fields[0] == "H") {
+      survey.Datasets.push_back(Dataset{.DatasetType = DatasetTypeFromLetter(fields[1][0]),
+                                        .DatasetStart = survey.PointCount()});
+      continue;
+    }
     Point point;
-    point.PtFlags = flags;
-    point.PtNumber = survey_.PointCount() + 1;
-    point.InXA = std::move(xa);
-    point.InYL = std::move(yl);
-    survey_.Points.push_back(std::move(point));
-    return *this;
+    point.PtNumber = std::stoi(fields[0]);
+    for (char letter : fields[1]) {
+      switch (letter) {
+        case 'D':
+          point.PtMarks |= kMarkDummy;
+          [[fallthrough]];
+        case 'X':
+          point.PtFlags |= kPtXY;
+          break;
+        case 'C':
+          point.PtMarks |= kMarkCompass;
+          [[fallthrough]];
+        case 'B':
+          point.PtFlags |= kPtBearing;
+          break;
+        case 'G':
+          point.PtFlags |= kPtGps;
+          break;
+        case 'A':
+          point.PtFlags |= kPtGps | kPtAltGps;
+          break;
+        case 'L':
+          point.PtFlags |= kPtGps | kPtLink;
+          break;
+        case 'I':
+          point.PtFlags |= kPtIntermediate;
+          break;
+        case 'R':
+        case 'F':
+          point.PtFlags |= kPtReference;
+          break;
+        case 'J':
+          point.PtFlags |= kPtJoin;
+          survey.JoinPointCount++;
+          break;
+        case 's':
+          point.PtMarks |= kMarkShared;
+          break;
+      }
+    }
+    point.PtRef = fields[2].empty() ? 0 : std::stoi(fields[2]);
+    point.PtTarget = fields[3].empty() ? 0 : std::stoi(fields[3]);
+    point.InXA = fields[4];
+    point.InYL = fields[5];
+    point.InGPSLong = fields[6];
+    point.InGPSLat = fields[7];
+    survey.Points.push_back(point);
   }
-
-  Survey survey_;
-};
+  return survey;
+}
 
 }  // namespace plotmeter::testing
