@@ -126,19 +126,13 @@ void ExpectEmpty(const Survey& survey) {
   EXPECT_TRUE(survey.UserComments.empty());
 }
 
-TEST(DataFileReaderTest, GoodFileLoadsWithoutAnyBox) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
-  EXPECT_TRUE(dialogs.boxes.empty());
-  EXPECT_EQ(dialogs.beeps, 0);
-}
-
-TEST(DataFileReaderTest, GoodFileFillsSettings) {
+TEST(DataFileReaderTest, GoodFileFillsSettingsDatasetsAndPoints) {
   Survey survey;
   survey.CurrentFileName = "kept.csv";
   ScriptedDialogs dialogs;
   ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
+  EXPECT_TRUE(dialogs.boxes.empty());
+  EXPECT_EQ(dialogs.beeps, 0);
   EXPECT_EQ(survey.FieldSeparator, ',');
   EXPECT_EQ(survey.SubValueSeparator, ':');
   EXPECT_EQ(survey.UnitOfMeasure, kUnitMeters);
@@ -150,67 +144,54 @@ TEST(DataFileReaderTest, GoodFileFillsSettings) {
   EXPECT_EQ(survey.JoinPointCount, 2);
   // Only the user's own line survives; the unit line and "//," are the writer's.
   EXPECT_EQ(survey.UserComments, std::vector<std::string>{"// Surveyed by J. Smith"});
-}
 
-TEST(DataFileReaderTest, GoodFileFillsDatasets) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
   ASSERT_EQ(survey.DatasetCount(), 4);
-  struct Expected {
+  const struct {
     std::uint8_t type;
     int start;
     const char* tag;
-  };
-  const Expected expected[] = {{kTypeM, 0, "Front field"},
-                               {kTypeS | kDatasetHasDummy, 4, "Split"},
-                               {kTypeL, 6, "Road"},
-                               {kTypeP, 9, "Sheds"}};
+  } datasets[] = {{kTypeM, 0, "Front field"},
+                  {kTypeS | kDatasetHasDummy, 4, "Split"},
+                  {kTypeL, 6, "Road"},
+                  {kTypeP, 9, "Sheds"}};
   for (int d = 0; d < 4; ++d) {
     SCOPED_TRACE(d);
-    EXPECT_EQ(survey.Datasets[d].DatasetType, expected[d].type);
-    EXPECT_EQ(survey.Datasets[d].DatasetStart, expected[d].start);
-    EXPECT_EQ(survey.Datasets[d].DatasetTag, expected[d].tag);
+    EXPECT_EQ(survey.Datasets[d].DatasetType, datasets[d].type);
+    EXPECT_EQ(survey.Datasets[d].DatasetStart, datasets[d].start);
+    EXPECT_EQ(survey.Datasets[d].DatasetTag, datasets[d].tag);
   }
-}
 
-TEST(DataFileReaderTest, GoodFileFillsPoints) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
   ASSERT_EQ(survey.PointCount(), 12);
-  struct Expected {
-    std::uint8_t flags;
-    std::uint8_t marks;
-    int ref, target;
+  const struct {
+    std::uint8_t flags, marks;
+    int ref;
     const char *xa, *yl, *longitude, *latitude;
-  };
-  const Expected expected[] = {
-      {kPtXY | kPtGps | kPtLink, 0, 0, 0, "0", "0", "150.5", "-33.5"},
-      {kPtXY | kPtJoin, 0, 0, 0, "40", "0", "", ""},
-      {kPtBearing, 0, 0, 0, "0", "30", "", ""},
-      {kPtXY | kPtJoin, 0, 0, 0, "0", "30", "", ""},
-      {kPtXY, kMarkDummy, 0, 0, "40", "0", "", ""},
-      {kPtXY, 0, 0, 0, "20", "15", "", ""},
-      {kPtReference, 0, 1, 0, "", "", "", ""},
-      {kPtBearing | kPtIntermediate, 0, 7, 0, "45", "", "", ""},
-      {kPtBearing, 0, 0, 0, "45", "10", "", ""},
-      {kPtXY, 0, 0, 0, "10", "10", "", ""},
-      {kPtBearing | kPtReference, kMarkCompass, 10, 0, "90", "5", "", ""},
-      {kPtGps, 0, 0, 0, "", "", "150.6", "-33.4"},
+  } points[] = {
+      {kPtXY | kPtGps | kPtLink, 0, 0, "0", "0", "150.5", "-33.5"},
+      {kPtXY | kPtJoin, 0, 0, "40", "0", "", ""},
+      {kPtBearing, 0, 0, "0", "30", "", ""},
+      {kPtXY | kPtJoin, 0, 0, "0", "30", "", ""},
+      {kPtXY, kMarkDummy, 0, "40", "0", "", ""},
+      {kPtXY, 0, 0, "20", "15", "", ""},
+      {kPtReference, 0, 1, "", "", "", ""},
+      {kPtBearing | kPtIntermediate, 0, 7, "45", "", "", ""},
+      {kPtBearing, 0, 0, "45", "10", "", ""},
+      {kPtXY, 0, 0, "10", "10", "", ""},
+      {kPtBearing | kPtReference, kMarkCompass, 10, "90", "5", "", ""},
+      {kPtGps, 0, 0, "", "", "150.6", "-33.4"},
   };
   for (int i = 0; i < 12; ++i) {
     SCOPED_TRACE(i);
     const Point& point = survey.Points[i];
     EXPECT_EQ(point.PtNumber, i + 1);
-    EXPECT_EQ(point.PtFlags, expected[i].flags);
-    EXPECT_EQ(point.PtMarks, expected[i].marks);
-    EXPECT_EQ(point.PtRef, expected[i].ref);
-    EXPECT_EQ(point.PtTarget, expected[i].target);
-    EXPECT_EQ(point.InXA, expected[i].xa);
-    EXPECT_EQ(point.InYL, expected[i].yl);
-    EXPECT_EQ(point.InGPSLong, expected[i].longitude);
-    EXPECT_EQ(point.InGPSLat, expected[i].latitude);
+    EXPECT_EQ(point.PtFlags, points[i].flags);
+    EXPECT_EQ(point.PtMarks, points[i].marks);
+    EXPECT_EQ(point.PtRef, points[i].ref);
+    EXPECT_EQ(point.PtTarget, 0);
+    EXPECT_EQ(point.InXA, points[i].xa);
+    EXPECT_EQ(point.InYL, points[i].yl);
+    EXPECT_EQ(point.InGPSLong, points[i].longitude);
+    EXPECT_EQ(point.InGPSLat, points[i].latitude);
   }
 }
 
@@ -244,6 +225,12 @@ TEST_P(FileFaultTest, ShowsTheFaultAndEmptiesTheSurvey) {
 
 // clang-format off
 const FaultRow kFaultRows[] = {
+  // Whole files.
+  {"EmptyFile", kGoodFile.c_str(), "", 1, 0},
+  {"BlankLinesOnly", kGoodFile.c_str(), "\r\n\r\n   \n", 1, 0},
+  {"CommentLinesOnly", kGoodFile.c_str(), "// one\n// two\n", 1, 0},
+  {"HeaderAndCommentsOnly", kGoodFile.c_str(), "44,#0092,1,0,0,58\n/ just a note\n", 8, 0},
+  {"NoMainDataset", kGoodFile.c_str(), "44,#0092,1,0,0,58\nH,L,Road\n1,X,,,0,0\n2,X,,,5,5\n", 5, 0},
   // The top block and the header.
   {"BlankLineBeforeHeader", "//,\n", "//,\n\n", 1, 0},
   {"HeaderStartsWithLetters", "44,#0092", "AB,#0092", 3, 0},
@@ -330,28 +317,6 @@ const FaultRow kFaultRows[] = {
 INSTANTIATE_TEST_SUITE_P(Rows, FileFaultTest, ::testing::ValuesIn(kFaultRows),
                          [](const auto& info) { return info.param.name; });
 
-void ExpectRefused(const std::string& text, int code, int point) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  EXPECT_FALSE(Load(survey, text, dialogs));
-  ExpectAbortBox(dialogs, code, point);
-  ExpectEmpty(survey);
-}
-
-TEST(DataFileReaderTest, EmptyFileCannotBeOpened) { ExpectRefused("", 1, 0); }
-
-TEST(DataFileReaderTest, FileOfCommentLinesOnlyCannotBeOpened) {
-  ExpectRefused("// one\n// two\n", 1, 0);
-}
-
-TEST(DataFileReaderTest, HeaderAndCommentsOnlyHasInvalidDatasets) {
-  ExpectRefused("44,#0092,1,0,0,58\n/ just a note\n", 8, 0);
-}
-
-TEST(DataFileReaderTest, FileWithoutMainDatasetIsRefused) {
-  ExpectRefused("44,#0092,1,0,0,58\nH,L,Road\n1,X,,,0,0\n2,X,,,5,5\n", 5, 0);
-}
-
 TEST(DataFileReaderTest, TwoJoinPointsWithoutSubDivisionAreAccepted) {
   Survey survey;
   ScriptedDialogs dialogs;
@@ -422,34 +387,27 @@ void ExpectGpsOnlyQuestion(const MessageBox& box) {
   EXPECT_EQ(box.defaultButton, Button::No);
 }
 
-TEST(DataFileReaderTest, GpsOnlyAnsweredYesProcessesOnGpsAlone) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  dialogs.answers.push_back(Button::Yes);
-  ASSERT_TRUE(Load(survey, kGpsBeforeLink, dialogs));
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  ExpectGpsOnlyQuestion(dialogs.boxes[0]);
-  EXPECT_EQ(dialogs.beeps, 0);
-  EXPECT_TRUE(survey.FileFlags & kFileGpsOnly);
-  EXPECT_EQ(survey.PointCount(), 4);
-}
-
-TEST(DataFileReaderTest, GpsOnlyAnsweredNoRefusesTheFile) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  dialogs.answers.push_back(Button::No);
-  EXPECT_FALSE(Load(survey, kGpsBeforeLink, dialogs));
-  ASSERT_EQ(dialogs.boxes.size(), 2u);
-  ExpectGpsOnlyQuestion(dialogs.boxes[0]);
-  ExpectAbortBox(dialogs, 25, 1);
-  ExpectEmpty(survey);
-}
-
-TEST(DataFileReaderTest, GpsOnlyQuestionDefaultsToNo) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  EXPECT_FALSE(Load(survey, kGpsBeforeLink, dialogs));
-  ExpectAbortBox(dialogs, 25, 1);
+TEST(DataFileReaderTest, GpsOnlyQuestionAnsweredYesOrNo) {
+  for (Button answer : {Button::Yes, Button::No, Button::Cancel}) {
+    Survey survey;
+    ScriptedDialogs dialogs;
+    if (answer != Button::Cancel) dialogs.answers.push_back(answer);  // else the default
+    const bool loaded = Load(survey, kGpsBeforeLink, dialogs);
+    ASSERT_FALSE(dialogs.boxes.empty());
+    ExpectGpsOnlyQuestion(dialogs.boxes[0]);
+    if (answer == Button::Yes) {
+      EXPECT_TRUE(loaded);
+      EXPECT_EQ(dialogs.boxes.size(), 1u);
+      EXPECT_EQ(dialogs.beeps, 0);
+      EXPECT_TRUE(survey.FileFlags & kFileGpsOnly);
+      EXPECT_EQ(survey.PointCount(), 4);
+    } else {
+      EXPECT_FALSE(loaded);
+      EXPECT_EQ(dialogs.boxes.size(), 2u);
+      ExpectAbortBox(dialogs, 25, 1);
+      ExpectEmpty(survey);
+    }
+  }
 }
 
 TEST(DataFileReaderTest, LinkOfAllGpsDataIsIgnored) {
@@ -471,26 +429,22 @@ TEST(DataFileReaderTest, LinkOfAllGpsDataIsIgnored) {
   EXPECT_FALSE(survey.FileFlags & kFileOption);
 }
 
-TEST(DataFileReaderTest, FileOptionFlagIsReadFromHeaderBitZero) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  ASSERT_TRUE(Load(survey, "44,#0092,1,3,0,58\nH,M\n1,X,,,0,0\n", dialogs));
-  EXPECT_EQ(survey.FileFlags, kFileOption);
-  ASSERT_TRUE(Load(survey, "44,#0092,1,2,0,58\nH,M\n1,X,,,0,0\n", dialogs));
-  EXPECT_EQ(survey.FileFlags, 0);
-}
-
-TEST(DataFileReaderTest, DeclinationMarksTheFileMagnetic) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  ASSERT_TRUE(Load(survey, "44,#0092,3,0,-12.25,92\nH,M\n1,X,,,0,0\n", dialogs));
-  EXPECT_EQ(survey.MagneticDeclination, -12.25f);
-  EXPECT_EQ(survey.FileFlags, kFileMagnetic);
-  EXPECT_EQ(survey.SubValueSeparator, '\\');
-  EXPECT_EQ(survey.UnitOfMeasure, kUnitFeet);
-  ASSERT_TRUE(Load(survey, "44,#0092,3,0,,92\nH,M\n1,X,,,0,0\n", dialogs));
-  EXPECT_EQ(survey.MagneticDeclination, 0.0f);
-  EXPECT_EQ(survey.FileFlags, 0);
+TEST(DataFileReaderTest, HeaderOptionBitAndDeclinationSetTheFileFlags) {
+  const struct {
+    const char* header;
+    std::uint8_t flags;
+    float declination;
+  } rows[] = {{"44,#0092,1,3,0,58", kFileOption, 0},
+              {"44,#0092,1,2,0,58", 0, 0},
+              {"44,#0092,3,0,-12.25,92", kFileMagnetic, -12.25f},
+              {"44,#0092,3,0,,92", 0, 0}};
+  for (const auto& row : rows) {
+    Survey survey;
+    ScriptedDialogs dialogs;
+    ASSERT_TRUE(Load(survey, std::string(row.header) + "\nH,M\n1,X,,,0,0\n", dialogs));
+    EXPECT_EQ(survey.FileFlags, row.flags) << row.header;
+    EXPECT_EQ(survey.MagneticDeclination, row.declination) << row.header;
+  }
 }
 
 }  // namespace

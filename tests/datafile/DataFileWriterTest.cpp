@@ -105,11 +105,6 @@ TEST(DataFileWriterTest, DeclinationAddsMagneticBearings) {
   EXPECT_NE(text.find("/Closing Line,,,,,,,,,,233\xB0 30.0',246\xB0,50.0\n"), std::string::npos);
 }
 
-TEST(DataFileWriterTest, NoDeclinationNoMagneticColumn) {
-  Survey survey = Triangle();
-  EXPECT_EQ(Written(survey).find("Mag Brg"), std::string::npos);
-}
-
 TEST(DataFileWriterTest, UnitLineNamesTheSubUnitUnlessPlainLengths) {
   Survey survey = Triangle();
   survey.UnitOfMeasure = kUnitFeet;
@@ -130,14 +125,6 @@ TEST(DataFileWriterTest, LengthsTakeSubUnitsOnlyWhileWriting) {
   survey.Points[2].Len = 30.25f;
   EXPECT_NE(Written(survey).find(",0\xB0,30:3.0,"), std::string::npos);
   EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
-}
-
-TEST(DataFileWriterTest, InProgressBitIsClearedAfterAFault) {
-  Survey survey = Triangle();
-  survey.Points.pop_back();
-  survey.WriterOptions = kWriterOptionsDefault | kWritePlainLayout;
-  Written(survey, kWriteTooFewPoints);
-  EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault | kWritePlainLayout);
 }
 
 struct TypeFieldRow {
@@ -169,20 +156,15 @@ TEST_P(TypeFieldTest, LetterThenFlagsInOrder) {
 INSTANTIATE_TEST_SUITE_P(Rows, TypeFieldTest, ::testing::Values(
     TypeFieldRow{kPtXY, kMarkDummy, kTypeS | kDatasetHasDummy, "D"},
     TypeFieldRow{kPtXY, kMarkDummy, kTypeM, "X"},  // the dummy mark counts in a sub-division only
-    TypeFieldRow{kPtReference, 0, kTypeM, "R"},
     TypeFieldRow{kPtReference | kPtJoin, 0, kTypeM, "RJ"},
-    TypeFieldRow{kPtGps, 0, kTypeM, "G"},
     TypeFieldRow{kPtGps | kPtAltGps, 0, kTypeM, "GA"},
     TypeFieldRow{kPtGps | kPtLink, 0, kTypeM, "GL"},
     TypeFieldRow{kPtGps | kPtIntermediate, 0, kTypeM, "GI"},
-    TypeFieldRow{kPtXY, 0, kTypeM, "X"},
     TypeFieldRow{kPtXY | kPtGps | kPtAltGps, 0, kTypeM, "XA"},
     TypeFieldRow{kPtXY | kPtGps | kPtAltGps | kPtLink, 0, kTypeM, "XL"},
-    TypeFieldRow{kPtBearing, 0, kTypeM, "B"},
     TypeFieldRow{kPtBearing, kMarkCompass, kTypeM, "C"},
     TypeFieldRow{kPtBearing | kPtReference, kMarkCompass, kTypeM, "CF"},
     TypeFieldRow{kPtBearing | kPtIntermediate, kMarkShared, kTypeM, "BIs"},
-    TypeFieldRow{kPtBearing | kPtIntermediate, 0, kTypeM, "BI"},
     TypeFieldRow{kPtBearing | kPtGps | kPtAltGps | kPtIntermediate | kPtJoin | kPtReference,
                  kMarkShared, kTypeM, "BAIsJF"},
     TypeFieldRow{kPtBearing | kPtGps | kPtJoin | kPtLink | kPtReference, 0, kTypeM, "BJLF"}));
@@ -398,22 +380,16 @@ TEST_F(SavedFileTest, ReplacesTheOldFileKeepingItsPermissions) {
   EXPECT_EQ(FilesInFolder(), 1);
 }
 
-TEST_F(SavedFileTest, MissingFolderCannotBeOpened) {
-  Survey survey = Triangle();
-  ScriptedDialogs dialogs;
-  EXPECT_FALSE(WriteDataFile(survey, PathOf("no-such-folder/lot.csv"), dialogs));
-  ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.");
-  EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
-}
-
-TEST_F(SavedFileTest, FolderInTheWayIsLeftAlone) {
-  std::string path = PathOf("taken.csv");
-  fs::create_directory(path);
+TEST_F(SavedFileTest, MissingFolderOrAFolderInTheWayCannotBeOpened) {
+  fs::create_directory(PathOf("taken.csv"));
   Put(PathOf("taken.csv/inside.txt"), "kept");
-  Survey survey = Triangle();
-  ScriptedDialogs dialogs;
-  EXPECT_FALSE(WriteDataFile(survey, path, dialogs));
-  ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.");
+  for (const char* name : {"no-such-folder/lot.csv", "taken.csv"}) {
+    Survey survey = Triangle();
+    ScriptedDialogs dialogs;
+    EXPECT_FALSE(WriteDataFile(survey, PathOf(name), dialogs));
+    ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.");
+    EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
+  }
   EXPECT_EQ(Contents(PathOf("taken.csv/inside.txt")), "kept");
   EXPECT_EQ(FilesInFolder(), 1);
 }
@@ -421,21 +397,19 @@ TEST_F(SavedFileTest, FolderInTheWayIsLeftAlone) {
 TEST_F(SavedFileTest, RefusedSurveyLeavesTheOldFile) {
   std::string path = PathOf("lot.csv");
   Put(path, "old text");
-  Survey survey = Triangle();
-  survey.Points[2].PtFlags = kPtGps;
-  ScriptedDialogs dialogs;
-  EXPECT_FALSE(WriteDataFile(survey, path, dialogs));
-  ExpectWriteAbort(dialogs, "GPS values present without a GPS linked point.");
-  EXPECT_EQ(Contents(path), "old text");
-}
-
-TEST_F(SavedFileTest, TooFewPointsIsAnUnidentifiedError) {
-  Survey survey = Triangle();
-  survey.Points.pop_back();
-  ScriptedDialogs dialogs;
-  EXPECT_FALSE(WriteDataFile(survey, PathOf("lot.csv"), dialogs));
-  ExpectWriteAbort(dialogs, "Unidentified processing error");
-  EXPECT_EQ(FilesInFolder(), 0);
+  Survey gpsWithoutLink = Triangle();
+  gpsWithoutLink.Points[2].PtFlags = kPtGps;
+  Survey twoPoints = Triangle();
+  twoPoints.Points.pop_back();
+  for (Survey* survey : {&gpsWithoutLink, &twoPoints}) {
+    ScriptedDialogs dialogs;
+    EXPECT_FALSE(WriteDataFile(*survey, path, dialogs));
+    ExpectWriteAbort(dialogs, survey == &twoPoints
+                                  ? "Unidentified processing error"
+                                  : "GPS values present without a GPS linked point.");
+    EXPECT_EQ(Contents(path), "old text");
+    EXPECT_EQ(FilesInFolder(), 1);
+  }
 }
 
 // The disk fills up half-way through: the write fails, and the old file must survive
