@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <random>
@@ -39,12 +40,6 @@ TEST(AreaTest, UnitSquareEitherWayInMeters) {
     EXPECT_TRUE(state.ProcessState & kAreaComputed);
     EXPECT_DOUBLE_EQ(AreaOf(survey, kAreaHectares).SegmentAreas[0], 0.0001);
   }
-}
-
-TEST(AreaTest, KilometreSquareUsesTheTableFactors) {
-  Survey survey = PerimeterSurvey({{0, 0}, {1, 0}, {1, 1}, {0, 1}}, kUnitKilometers);
-  EXPECT_DOUBLE_EQ(AreaOf(survey, kAreaAcres).SegmentAreas[0], 24710.5381613712);
-  EXPECT_DOUBLE_EQ(AreaOf(survey, kAreaSqChains).SegmentAreas[0], 247105.381613712);
 }
 
 TEST(AreaTest, SingleAreaFillsAllThreeSegments) {
@@ -105,41 +100,47 @@ TEST(AreaTest, OddCellsKeepTheirExactFactors) {
   EXPECT_DOUBLE_EQ(ConvertArea(5, kUnitMeters, 8), 5);
 }
 
-ProcessingState PartsOf(const Survey& survey, std::vector<int> first, std::vector<int> second) {
-  ProcessingState state;
-  state.AreaState = kAreaSegmentCount;
-  state.PartOutlines = {std::move(first), std::move(second)};
-  ComputeArea(survey, state, kAreaSqMeters);
-  return state;
-}
-
-TEST(AreaTest, PartsOfADividedPlot) {
-  // The 10 x 10 square with a point on its bottom line, divided to the top corner.
-  Survey survey = PerimeterSurvey({{0, 0}, {4, 0}, {10, 0}, {10, 10}, {0, 10}});
-  ProcessingState state = PartsOf(survey, {3, 4, 0, 1}, {1, 2, 3});
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[0], 100);
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[1], 70);
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[2], 30);
-  EXPECT_FALSE(state.AreaState & kSegmentsSwapped);
-}
-
-TEST(AreaTest, FirstPartLargerThanTheWholeIsExchanged) {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}, {20, 0}, {20, 10}});
-  survey.Datasets.push_back(Dataset{.DatasetType = kTypeS, .DatasetStart = 4});
-  ProcessingState state = PartsOf(survey, {0, 4, 5, 3}, {2, 1, 4, 5});
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[0], 200);
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[1], 100);
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[2], 100);
-  EXPECT_TRUE(state.AreaState & kSegmentsSwapped);
-}
-
-TEST(AreaTest, PartEqualToTheWholeIsNotExchanged) {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-  ProcessingState state = PartsOf(survey, {0, 1, 2, 3}, {0, 1, 2});
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[0], 100);
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[1], 100);
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[2], 50);
-  EXPECT_FALSE(state.AreaState & kSegmentsSwapped);
+TEST(AreaTest, PartsOfADividedPlotAndTheirExchange) {
+  const struct {
+    const char* name;
+    std::vector<XY> points;
+    int subStart;  // where a sub-division dataset starts; 0 for none
+    std::array<std::vector<int>, 2> outlines;
+    std::array<double, 3> areas;
+    bool swapped;
+  } rows[] = {
+      // The 10 x 10 square with a point on its bottom line, divided to the top corner.
+      {"divided",
+       {{0, 0}, {4, 0}, {10, 0}, {10, 10}, {0, 10}},
+       0,
+       {{{3, 4, 0, 1}, {1, 2, 3}}},
+       {100, 70, 30},
+       false},
+      // A first part larger than the whole is the enlarged plot of an extension.
+      {"extended",
+       {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {20, 0}, {20, 10}},
+       4,
+       {{{0, 4, 5, 3}, {2, 1, 4, 5}}},
+       {200, 100, 100},
+       true},
+      {"partEqualToTheWhole",
+       {{0, 0}, {10, 0}, {10, 10}, {0, 10}},
+       0,
+       {{{0, 1, 2, 3}, {0, 1, 2}}},
+       {100, 100, 50},
+       false},
+  };
+  for (const auto& row : rows) {
+    Survey survey = PerimeterSurvey(row.points);
+    if (row.subStart)
+      survey.Datasets.push_back({.DatasetType = kTypeS, .DatasetStart = row.subStart});
+    ProcessingState state;
+    state.AreaState = kAreaSegmentCount;
+    state.PartOutlines = row.outlines;
+    ComputeArea(survey, state, kAreaSqMeters);
+    for (int i = 0; i < 3; ++i) EXPECT_DOUBLE_EQ(state.SegmentAreas[i], row.areas[i]) << row.name;
+    EXPECT_EQ(static_cast<bool>(state.AreaState & kSegmentsSwapped), row.swapped) << row.name;
+  }
 }
 
 TEST(AreaTest, ConvertsThePartsToo) {
