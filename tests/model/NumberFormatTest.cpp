@@ -29,30 +29,25 @@ INSTANTIATE_TEST_SUITE_P(
         // Decimals: the least and the most.
         DoubleCase{12.5, "#0.0#####", "12.5"}, DoubleCase{12, "#0.0#####", "12.0"},
         DoubleCase{0.1234567, "#0.0#####", "0.123457"}, DoubleCase{1.23456789, "#0.0###", "1.2346"},
-        DoubleCase{3.0, "#0.0##", "3.0"}, DoubleCase{3.14159, "#0.0##", "3.142"},
-        DoubleCase{-2.5, "0.0######", "-2.5"}, DoubleCase{-0.12345678, "0.0######", "-0.1234568"},
-        DoubleCase{1.5, "#0.000", "1.500"}, DoubleCase{1.2345, "#0.00", "1.23"},
-        DoubleCase{1.25, "#0.0", "1.3"}, DoubleCase{-1.25, "#0.0", "-1.3"},
-        DoubleCase{99.99, "##0.0#", "99.99"}, DoubleCase{99.999, "##0.0#", "100.0"},
+        DoubleCase{3.14159, "#0.0##", "3.142"}, DoubleCase{-0.12345678, "0.0######", "-0.1234568"},
+        DoubleCase{1.5, "#0.000", "1.500"}, DoubleCase{99.999, "##0.0#", "100.0"},
         // Half away from zero on the decimal value, not on the binary one.
         DoubleCase{2.675, "#0.0#", "2.68"}, DoubleCase{1.005, "#0.00", "1.01"},
-        DoubleCase{0.5, "#0", "1"}, DoubleCase{1.5, "#0", "2"}, DoubleCase{2.5, "#0", "3"},
+        DoubleCase{-1.25, "#0.0", "-1.3"}, DoubleCase{0.5, "#0", "1"}, DoubleCase{2.5, "#0", "3"},
         DoubleCase{-2.5, "#0", "-3"}, DoubleCase{2.4999, "#0", "2"},
         // Whole numbers and the point.
-        DoubleCase{2, "#0.###", "2"}, DoubleCase{2.0004, "#0.###", "2"},
-        DoubleCase{2.0005, "#0.###", "2.001"}, DoubleCase{0.04, "#0.###", "0.04"},
-        DoubleCase{7, "#####0", "7"}, DoubleCase{1234567, "#####0", "1234567"},
-        DoubleCase{0, "#0", "0"}, DoubleCase{0.0, "#0.0", "0.0"},
+        DoubleCase{2.0004, "#0.###", "2"}, DoubleCase{2.0005, "#0.###", "2.001"},
+        DoubleCase{0.04, "#0.###", "0.04"}, DoubleCase{1234567, "#####0", "1234567"},
+        DoubleCase{0.0, "#0.0", "0.0"},
         // Carries through every digit.
         DoubleCase{9.9999, "#0.0##", "10.0"}, DoubleCase{999.9996, "#0.000", "1000.000"},
         // No "-0".
         DoubleCase{-0.0, "#0", "0"}, DoubleCase{-0.4, "#0", "0"},
         DoubleCase{-0.00001, "#0.0###", "0.0"}, DoubleCase{-0.00004, "0.0######", "-0.00004"},
-        // Grouping.
+        // Grouping, counted from the right.
         DoubleCase{1234567.8, "#,##0", "1,234,568"}, DoubleCase{999.5, "#,##0", "1,000"},
         DoubleCase{123, "#,##0", "123"}, DoubleCase{-1234, "#,##0", "-1,234"},
-        DoubleCase{0.2, "#,##0", "0"}, DoubleCase{10000, "#,##0", "10,000"},
-        DoubleCase{123456, "#,##0", "123,456"}, DoubleCase{12, "#,##0", "12"},
+        DoubleCase{10000, "#,##0", "10,000"},
         // Extremes stay exact in the integer part.
         DoubleCase{1e21, "#0", "1000000000000000000000"}, DoubleCase{1e-300, "#0.0####", "0.0"},
         DoubleCase{123456789012.5, "#0", "123456789013"}));
@@ -68,7 +63,6 @@ TEST(NumberFormatTest, FloatUsesItsShortestForm) {
 }
 
 TEST(NumberFormatTest, IntegersFormatAsTheirValue) {
-  EXPECT_EQ(FormatNumber(0, "#0"), "0");
   EXPECT_EQ(FormatNumber(42, "#0.0##"), "42.0");
   EXPECT_EQ(FormatNumber(-1234567, "#,##0"), "-1,234,567");
   EXPECT_EQ(FormatNumber(std::numeric_limits<int>::min(), "#0"), "-2147483648");
@@ -89,7 +83,6 @@ TEST(NumberFormatTest, HugeValuesPrintEveryDigit) {
 
 TEST(NumberFormatTest, TextIsRightAligned) {
   EXPECT_EQ(FormatText("7", "@@@"), "  7");
-  EXPECT_EQ(FormatText("42", "@@@"), " 42");
   EXPECT_EQ(FormatText("123", "@@@"), "123");
   EXPECT_EQ(FormatText("12345", "@@@"), "12345");
   EXPECT_EQ(FormatText("", "@@@"), "   ");
