@@ -39,6 +39,9 @@ Survey Loaded(const std::string& text) {
   return survey;
 }
 
+// Random surveys the reader accepts: each dataset kind with the first points it allows,
+// then points of any type, some intermediate or referring to others, and every flag and
+// mark a file keeps.
 class SurveyGenerator {
  public:
   explicit SurveyGenerator(unsigned seed) : random_(seed) {
@@ -48,37 +51,42 @@ class SurveyGenerator {
   }
 
   Survey Make() {
-    Survey survey;
     // The limits of the separator codes are among them: 1 and 255, and 0 and 255 for the
     // sub-value separator.
-    survey.FieldSeparator = OneOf({',', '\t', ';', '|', '\x01', '\xFF'});
+    survey_.FieldSeparator = OneOf({',', '\t', ';', '|', '\x01', '\xFF'});
     do {
-      survey.SubValueSeparator = OneOf({':', '\\', ' ', '_', '\0', '\xFF'});
-    } while (survey.SubValueSeparator == survey.FieldSeparator);
+      survey_.SubValueSeparator = OneOf({':', '\\', ' ', '_', '\0', '\xFF'});
+    } while (survey_.SubValueSeparator == survey_.FieldSeparator);
     allGps_ = Chance(8);
     gps_ = allGps_ || Chance(40);
-    survey.UnitOfMeasure = gps_ ? Pick(1, 5) : Pick(0, 5);
-    survey.MagneticDeclination = Chance(50) ? 0.0f : static_cast<float>(Pick(-2400, 2400)) / 8;
-    survey.FileTag = Chance(70) ? Words(survey.FieldSeparator) : "";
-    for (int n = Pick(0, 3); n > 0; --n) survey.UserComments.push_back("// " + Words(' '));
-    survey.WriterOptions = static_cast<std::uint8_t>(Pick(0, 255) & ~kWriteInProgress);
-    separator_ = survey.FieldSeparator;
-    subValue_ = survey.SubValueSeparator;
-    unit_ = survey.UnitOfMeasure;
+    survey_.UnitOfMeasure = Pick(gps_ ? 1 : 0, 5);
+    survey_.MagneticDeclination = Chance(50) ? 0.0f : static_cast<float>(Pick(-2400, 2400)) / 8;
+    survey_.FileTag = Chance(70) ? Words(survey_.FieldSeparator) : "";
+    for (int n = Pick(0, 3); n > 0; --n) survey_.UserComments.push_back("// " + Words(' '));
+    survey_.WriterOptions = static_cast<std::uint8_t>(Pick(0, 255) & ~kWriteInProgress);
 
+    // The main dataset starts from a plane point, a GPS link in a survey with GPS values.
     bool subDivision = !allGps_ && Chance(40);
-    AddMain(survey, subDivision);
-    if (subDivision) AddSubDivision(survey);
-    for (int n = Pick(0, 2); n > 0; --n) AddLine(survey);
-    for (int n = Pick(0, 2); n > 0; --n) AddPoints(survey);
+    bool perimeter = Chance(80);
+    std::uint8_t first = allGps_ ? kPtGps : gps_ ? kPtXY | kPtGps | kPtLink : kPtXY;
+    int start = AddDataset(perimeter ? kTypeM : kTypeN, NewPoint(first), Pick(3, 8), perimeter);
+    if (subDivision || Chance(15)) MarkJoins(start);
+    if (subDivision) {
+      // A sub-division starts from a dummy point, a reference or any shape point.
+      int kind = Pick(0, 2);
+      Point point = kind == 0 ? NewPoint(kPtXY) : kind == 1 ? NewPoint(kPtReference) : ShapePoint();
+      if (kind == 0) point.PtMarks = kMarkDummy;
+      AddDataset(kind == 0 ? kTypeS | kDatasetHasDummy : kTypeS, point, Pick(1, 5), true);
+    }
+    for (int n = Pick(0, 2); n > 0; --n) {
+      std::uint8_t flags = allGps_ ? kPtGps : OneOf({kPtReference, kPtXY, kPtXY});
+      AddDataset(kTypeL, NewPoint(flags), Pick(1, 5), false, true);
+    }
+    for (int n = Pick(0, 2); n > 0; --n) AddStandAlonePoints();
 
-    if (survey.MagneticDeclination != 0) survey.FileFlags |= kFileMagnetic;
-    bool link = std::any_of(survey.Points.begin(), survey.Points.end(),
-                            [](const Point& point) { return point.PtFlags & kPtLink; });
-    if (link || Chance(20)) survey.FileFlags |= kFileOption;
-    for (const Point& point : survey.Points)
-      survey.JoinPointCount += point.PtFlags & kPtJoin ? 1 : 0;
-    return survey;
+    if (survey_.MagneticDeclination != 0) survey_.FileFlags |= kFileMagnetic;
+    if ((gps_ && !allGps_) || Chance(20)) survey_.FileFlags |= kFileOption;  // a link needs it
+    return survey_;
   }
 
  private:
@@ -88,6 +96,7 @@ class SurveyGenerator {
   T OneOf(std::initializer_list<T> items) {
     return items.begin()[Pick(0, static_cast<int>(items.size()) - 1)];
   }
+  std::string Number(int low, int high) { return std::to_string(Pick(low, high)); }
 
   std::string Words(char middle) {
     std::string text = OneOf({"North", "Lot 7", "Creek side", "Parish of Bowen"});
@@ -95,201 +104,117 @@ class SurveyGenerator {
     return text;
   }
 
-  std::string Decimal() {
-    return std::to_string(Pick(-999, 999)) + OneOf({"", ".5", ".25", ".125"});
-  }
+  // Entered values in each form the reader takes.
+  std::string Decimal() { return Number(-999, 999) + OneOf({"", ".5", ".25", ".125"}); }
   std::string Bearing() {
-    int degrees = Pick(0, 359);
-    switch (Pick(0, 3)) {
-      case 0:
-        return std::to_string(degrees);
-      case 1:
-        return std::to_string(degrees) + "\xB0" + std::to_string(Pick(0, 59)) + "'";
-      case 2:
-        return std::to_string(degrees) + "d" + std::to_string(Pick(0, 59)) + "m10s";
-      default:
-        return std::to_string(degrees) + ".75";
-    }
+    std::string degrees = Number(0, 359), minutes = Number(0, 59);
+    return OneOf<std::string>({degrees, degrees + "\xB0" + minutes + "'",
+                               degrees + "d" + minutes + "m10s", degrees + ".75"});
   }
   std::string Length() {
-    int whole = Pick(1, 500);
-    if (SubUnitsPerUnit(unit_) > 0 && Chance(50)) {
-      return std::to_string(whole) + subValue_ + std::to_string(Pick(0, 11));
+    std::string whole = Number(1, 500);
+    if (SubUnitsPerUnit(survey_.UnitOfMeasure) > 0 && Chance(50)) {
+      return whole + survey_.SubValueSeparator + Number(0, 11);
     }
-    return std::to_string(whole) + OneOf({"", ".5", ".05"});
+    return whole + OneOf({"", ".5", ".05"});
   }
-  std::string Gps(bool latitude) {
-    int degrees = latitude ? Pick(0, 89) : Pick(0, 179);
-    std::string letter = latitude ? OneOf({"N", "S"}) : OneOf({"E", "W"});
-    return Chance(50)
-               ? std::to_string(degrees) + ".5 " + letter
-               : std::to_string(degrees) + "\xB0" + std::to_string(Pick(0, 59)) + "' " + letter;
+  std::string Gps(int limit, std::initializer_list<const char*> letters) {
+    std::string degrees = Number(0, limit);
+    return (Chance(50) ? degrees + ".5 " : degrees + "\xB0" + Number(0, 59) + "' ") +
+           OneOf(letters);
   }
 
+  // A point with the entered values its flags call for, and computed values, which a file
+  // carries too but the reader does not read. A reference names an earlier point that is
+  // not intermediate, so references never go round in a circle.
   Point NewPoint(std::uint8_t flags) {
     Point point;
     point.PtNumber = numbers_[next_++];
     point.PtFlags = flags;
+    if (flags & kPtXY) point.InXA = Decimal(), point.InYL = Decimal();
+    if (flags & kPtBearing) point.InXA = Bearing(), point.InYL = Length();
+    if ((flags & kPtBearing) && Chance(50)) point.PtMarks = kMarkCompass;
+    if (flags & kPtGps)
+      point.InGPSLong = Gps(179, {"E", "W"}), point.InGPSLat = Gps(89, {"N", "S"});
+    if (flags & kPtReference) point.PtRef = AnyAnchor();
     point.X = static_cast<float>(Pick(-5000, 5000)) / 4;
     point.Y = static_cast<float>(Pick(-5000, 5000)) / 4;
     point.Bearing = static_cast<float>(Pick(0, 3599)) / 10;
     point.Len = static_cast<float>(Pick(0, 4000)) / 8;
-    point.GPSLong = Pick(0, 35999) / 100.0;
-    point.GPSLat = Pick(-8999, 8999) / 100.0;
+    point.GPSLong = point.AltGPSLong = Pick(0, 35999) / 100.0;
+    point.GPSLat = point.AltGPSLat = Pick(-8999, 8999) / 100.0;
     point.HasAlternate = Chance(20);
-    point.AltGPSLong = point.GPSLong;
-    point.AltGPSLat = point.GPSLat;
     point.AltGPSDelta = Pick(0, 100) / 4.0;
     return point;
   }
 
-  void GiveGps(Point& point) {
-    point.InGPSLong = Gps(false);
-    point.InGPSLat = Gps(true);
-  }
-  Point PlanePoint() {
-    Point point = NewPoint(kPtXY);
-    point.InXA = Decimal();
-    point.InYL = Decimal();
-    return point;
-  }
-  Point BearingPoint(bool compass) {
-    Point point = NewPoint(kPtBearing);
-    if (compass) point.PtMarks = kMarkCompass;
-    point.InXA = Bearing();
-    point.InYL = Length();
-    return point;
-  }
-  Point GpsPoint() {
-    Point point = NewPoint(kPtGps);
-    GiveGps(point);
-    return point;
-  }
-  Point ReferencePoint() {
-    Point point = NewPoint(kPtReference);
-    point.PtRef = AnyAnchor();
-    return point;
-  }
-  // A point made as the file allows for any dataset: co-ordinates or a bearing, perhaps
-  // also GPS values.
+  // Co-ordinates or a bearing, perhaps also GPS values, as any dataset allows.
   Point ShapePoint() {
-    if (allGps_) return GpsPoint();
-    Point point = OneOf({0, 1, 2}) == 0 ? PlanePoint() : BearingPoint(Chance(50));
-    if (gps_ && Chance(25)) {
-      point.PtFlags |= kPtGps | kPtAltGps;
-      GiveGps(point);
-    }
-    return point;
+    if (allGps_) return NewPoint(kPtGps);
+    std::uint8_t flags = OneOf({kPtXY, kPtBearing, kPtBearing});
+    return NewPoint(gps_ && Chance(25) ? flags | kPtGps | kPtAltGps : flags);
   }
 
-  // Points that refer to others name earlier points that are not intermediate, so the
-  // references never go round in a circle.
   int AnyAnchor() { return anchors_[Pick(0, static_cast<int>(anchors_.size()) - 1)]; }
 
-  void MakeIntermediate(Point& point) {
-    point.PtFlags |= kPtIntermediate;
-    if (Chance(30)) point.PtMarks |= kMarkShared;
-    if (point.PtFlags & kPtBearing) {
-      point.PtRef = AnyAnchor();
-      if (Chance(50)) point.InYL.clear();  // the length follows from the line
-    }
-    if (Chance(40)) point.PtTarget = AnyAnchor();
-  }
-
-  void Add(Survey& survey, Point point) {
+  void Add(Point point) {
     if (!(point.PtFlags & kPtIntermediate)) anchors_.push_back(point.PtNumber);
-    survey.Points.push_back(std::move(point));
+    survey_.Points.push_back(std::move(point));
   }
 
-  // Intermediate points may stand anywhere but first, and in an open line not last.
-  void AddBody(Survey& survey, int count, bool closed, bool references) {
+  int StartDataset(std::uint8_t type) {
+    survey_.Datasets.push_back(
+        Dataset{.DatasetType = type,
+                .DatasetStart = survey_.PointCount(),
+                .DatasetTag = Chance(60) ? Words(survey_.FieldSeparator) : "",
+                .ClosingBearing = static_cast<float>(Pick(0, 359)),
+                .ClosingLen = static_cast<float>(Pick(0, 800)) / 8});
+    return survey_.PointCount();
+  }
+
+  // Adds a dataset of `count` points from `first`; intermediate points may stand anywhere
+  // but first, and in an open line not last. Returns where the dataset starts.
+  int AddDataset(std::uint8_t type, Point first, int count, bool closed, bool references = false) {
+    int start = StartDataset(type);
+    Add(std::move(first));
     for (int k = 1; k < count; ++k) {
       Point point = ShapePoint();
-      bool last = k == count - 1;
-      if (!allGps_ && Chance(20) && (closed || !last)) {
-        MakeIntermediate(point);
-      } else if (references && (point.PtFlags & kPtBearing) && Chance(30)) {
+      bool bearing = point.PtFlags & kPtBearing;
+      if (!allGps_ && Chance(20) && (closed || k < count - 1)) {
+        point.PtFlags |= kPtIntermediate;
+        if (Chance(30)) point.PtMarks |= kMarkShared;
+        if (bearing) point.PtRef = AnyAnchor();
+        if (bearing && Chance(50)) point.InYL.clear();  // the length follows from the line
+        if (Chance(40)) point.PtTarget = AnyAnchor();
+      } else if (references && bearing && Chance(30)) {
         point.PtFlags |= kPtReference;
         point.PtRef = AnyAnchor();
       }
-      Add(survey, std::move(point));
+      Add(std::move(point));
     }
+    return start;
   }
 
-  void AddMain(Survey& survey, bool subDivision) {
-    bool perimeter = Chance(80);
-    survey.Datasets.push_back(Dataset{.DatasetType = perimeter ? kTypeM : kTypeN,
-                                      .DatasetStart = survey.PointCount(),
-                                      .DatasetTag = Chance(70) ? Words(separator_) : "",
-                                      .ClosingBearing = 12.5f,
-                                      .ClosingLen = 100});
-    int count = Pick(3, 8);
-    Point first = allGps_ ? GpsPoint() : PlanePoint();
-    if (gps_ && !allGps_) {
-      first.PtFlags |= kPtGps | kPtLink;
-      GiveGps(first);
-    }
-    Add(survey, std::move(first));
-    AddBody(survey, count, perimeter, false);
-    if (subDivision || Chance(15)) {
-      int begin = survey.Datasets.back().DatasetStart;
-      int a = Pick(begin, survey.PointCount() - 1);
-      int b = a;
-      while (b == a) b = Pick(begin, survey.PointCount() - 1);
-      survey.Points[a].PtFlags |= kPtJoin;
-      survey.Points[b].PtFlags |= kPtJoin;
-    }
+  void MarkJoins(int start) {
+    int a = Pick(start, survey_.PointCount() - 1);
+    int b = a;
+    while (b == a) b = Pick(start, survey_.PointCount() - 1);
+    survey_.Points[a].PtFlags |= kPtJoin;
+    survey_.Points[b].PtFlags |= kPtJoin;
+    survey_.JoinPointCount = 2;
   }
 
-  void AddSubDivision(Survey& survey) {
-    Dataset dataset{.DatasetType = kTypeS,
-                    .DatasetStart = survey.PointCount(),
-                    .DatasetTag = Chance(50) ? Words(separator_) : "",
-                    .ClosingBearing = 300,
-                    .ClosingLen = 12.25f};
-    Point first;
-    switch (Pick(0, 2)) {
-      case 0:
-        first = PlanePoint();
-        first.PtMarks = kMarkDummy;
-        dataset.DatasetType |= kDatasetHasDummy;
-        break;
-      case 1:
-        first = ReferencePoint();
-        break;
-      default:
-        first = ShapePoint();
-        break;
-    }
-    survey.Datasets.push_back(dataset);
-    Add(survey, std::move(first));
-    AddBody(survey, Pick(1, 5), true, false);
-  }
-
-  void AddLine(Survey& survey) {
-    survey.Datasets.push_back(Dataset{.DatasetType = kTypeL,
-                                      .DatasetStart = survey.PointCount(),
-                                      .DatasetTag = Chance(50) ? Words(separator_) : ""});
-    Point first = allGps_ ? GpsPoint() : OneOf({0, 1, 2}) == 0 ? ReferencePoint() : PlanePoint();
-    Add(survey, std::move(first));
-    AddBody(survey, Pick(1, 5), false, true);
-  }
-
-  void AddPoints(Survey& survey) {
-    survey.Datasets.push_back(Dataset{.DatasetType = kTypeP,
-                                      .DatasetStart = survey.PointCount(),
-                                      .DatasetTag = Chance(50) ? Words(separator_) : ""});
+  // A stand-alone bearing is taken from a referenced point, and must be for the first.
+  void AddStandAlonePoints() {
+    int start = StartDataset(kTypeP);
     for (int k = Pick(1, 4); k > 0; --k) {
-      Point point = ShapePoint();
-      if (gps_ && Chance(20)) point = GpsPoint();
-      bool first = survey.PointCount() == survey.Datasets.back().DatasetStart;
-      bool bearing = point.PtFlags & kPtBearing;
-      // A stand-alone bearing is taken from a referenced point, and must be for the first.
-      if (bearing && (first || Chance(50))) {
+      Point point = gps_ && Chance(20) ? NewPoint(kPtGps) : ShapePoint();
+      bool first = survey_.PointCount() == start;
+      if ((point.PtFlags & kPtBearing) && (first || Chance(50))) {
         point.PtRef = AnyAnchor();
         if (first || Chance(50)) point.PtFlags |= kPtReference;
       }
-      Add(survey, std::move(point));
+      Add(std::move(point));
     }
   }
 
@@ -298,8 +223,7 @@ class SurveyGenerator {
   std::size_t next_ = 0;
   std::vector<int> anchors_;
   bool gps_ = false, allGps_ = false;
-  char separator_ = ',', subValue_ = ':';
-  int unit_ = 0;
+  Survey survey_;
 };
 
 TEST(RoundTripTest, GeneratedSurveysReadBackTheSame) {
