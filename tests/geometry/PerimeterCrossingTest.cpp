@@ -18,74 +18,84 @@ using testing::MarkJoins;
 using testing::PerimeterSurvey;
 using testing::XY;
 
-const std::vector<XY> kSquare = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
-
-TEST(PerimeterCrossingTest, SquareHasNoCrossingAndNoMarks) {
-  Survey survey = PerimeterSurvey(kSquare);
-  survey.Points[2].PtMarks = kMarkErrorLine | kMarkCompass;  // left from an earlier run
-  EXPECT_EQ(CheckPerimeterCrossing(survey), kCrossingNone);
-  EXPECT_TRUE(ErrorMarked(survey).empty());
-  EXPECT_EQ(survey.Points[2].PtMarks, kMarkCompass);
-}
-
-// The last entered line (into the last point) crosses the first line: the traverse's
-// last point overshoots the start point.
-TEST(PerimeterCrossingTest, LastPointOvershootingTheStartCrossesTheFirstLine) {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {2, 10}, {1, -1}});
-  int code = CheckPerimeterCrossing(survey);
-  EXPECT_EQ(code & kCrossingKindMask, 2);
-  EXPECT_EQ(ErrorMarked(survey), (std::vector<int>{1, 4}));
-}
-
-TEST(PerimeterCrossingTest, FourPointBowTieIsTheLastLineOnTheFirst) {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 10}, {10, 0}, {0, 10}});
-  EXPECT_EQ(CheckPerimeterCrossing(survey) & kCrossingKindMask, 2);
-  EXPECT_EQ(ErrorMarked(survey), (std::vector<int>{1, 3}));
-}
-
-TEST(PerimeterCrossingTest, CrossingOfMiddleLinesIsElsewhere) {
-  // The vertical line into point 2 and the horizontal line into point 4 cross at (10, 4).
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {14, 4}, {6, 4}, {0, 10}});
-  int code = CheckPerimeterCrossing(survey);
-  EXPECT_NE(code, 0);
-  EXPECT_NE(code & kCrossingKindMask, 2);
-  EXPECT_NE(code & kCrossingKindMask, 6);
-  EXPECT_EQ(ErrorMarked(survey), (std::vector<int>{2, 4}));
-}
-
-TEST(PerimeterCrossingTest, ClosingLineCrossingMarksTheStartPoint) {
-  // The closing line from (20, 2) back to (0, 0) crosses the line into point 2 at (10, 1).
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {20, 10}, {20, 2}});
-  EXPECT_EQ(CheckPerimeterCrossing(survey), kCrossingElsewhere);
-  EXPECT_EQ(ErrorMarked(survey), (std::vector<int>{0, 2}));
-}
-
-struct SmallCase {
+// A perimeter, perhaps divided: joins at two of its points and a sub-division whose
+// first point is a dummy at the first join.
+struct CrossingCase {
   const char* name;
+  int code;
+  std::vector<int> marked;
   std::vector<XY> points;
+  std::vector<int> joins = {};
+  std::vector<XY> division = {};
+  int intermediate = -1;
+  std::uint8_t type = kTypeM;
 };
 
-class TooFewPointsTest : public ::testing::TestWithParam<SmallCase> {};
+class CrossingTest : public ::testing::TestWithParam<CrossingCase> {};
 
-TEST_P(TooFewPointsTest, IsNotACrossing) {
-  Survey survey = PerimeterSurvey(GetParam().points);
-  EXPECT_EQ(CheckPerimeterCrossing(survey), kCrossingNone);
-  EXPECT_TRUE(ErrorMarked(survey).empty());
-}
-
-INSTANTIATE_TEST_SUITE_P(PerimeterCrossingTest, TooFewPointsTest,
-                         ::testing::Values(SmallCase{"none", {}}, SmallCase{"one", {{3, 4}}},
-                                           SmallCase{"two", {{0, 0}, {10, 0}}},
-                                           SmallCase{"triangle", {{0, 0}, {10, 0}, {0, 10}}}),
-                         [](const auto& info) { return info.param.name; });
-
-TEST(PerimeterCrossingTest, MainDatasetThatIsNotAPerimeterIsNotTested) {
+TEST_P(CrossingTest, GivesTheCodeAndMarksTheLines) {
+  const CrossingCase& c = GetParam();
   Survey survey;
-  AddDataset(survey, kTypeN, {{0, 0}, {10, 10}, {10, 0}, {0, 10}});
-  survey.Points[1].PtMarks = kMarkErrorLine;
-  EXPECT_EQ(CheckPerimeterCrossing(survey), kCrossingNone);
-  EXPECT_TRUE(ErrorMarked(survey).empty());
+  AddDataset(survey, c.type, c.points);
+  if (!c.joins.empty()) MarkJoins(survey, c.joins[0], c.joins[1]);
+  if (!c.division.empty()) {
+    survey.Points[AddDataset(survey, kTypeS, c.division)].PtMarks |= kMarkDummy;
+  }
+  if (c.intermediate >= 0) survey.Points[c.intermediate].PtFlags |= kPtIntermediate;
+  // Marks left from an earlier run go; the other marks stay.
+  for (Point& point : survey.Points) point.PtMarks |= kMarkErrorLine | kMarkCompass;
+  EXPECT_EQ(CheckPerimeterCrossing(survey), c.code);
+  EXPECT_EQ(ErrorMarked(survey), c.marked);
+  for (const Point& point : survey.Points) EXPECT_TRUE(point.PtMarks & kMarkCompass);
 }
+
+const std::vector<XY> kSquare = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+
+// The square divided from point 1 (10, 0) to point 3 (0, 10) by `division`.
+CrossingCase Divided(const char* name, int code, std::vector<int> marked,
+                     std::vector<XY> division) {
+  division.insert(division.begin(), XY{10, 0});
+  return {name, code, std::move(marked), kSquare, {1, 3}, std::move(division)};
+}
+
+constexpr int kNone = kCrossingNone, kElsewhere = kCrossingElsewhere, kAtStart = kCrossingAtStart,
+              kAtJoin = kCrossingAtJoin;
+
+INSTANTIATE_TEST_SUITE_P(
+    PerimeterCrossingTest, CrossingTest,
+    ::testing::Values(
+        CrossingCase{"square", kNone, {}, kSquare},
+        // The last entered line (into the last point) crosses the first line: the
+        // traverse's last point overshoots the start point.
+        CrossingCase{"overshoot", kAtStart, {1, 4}, {{0, 0}, {10, 0}, {10, 10}, {2, 10}, {1, -1}}},
+        CrossingCase{"bowTie", kAtStart, {1, 3}, {{0, 0}, {10, 10}, {10, 0}, {0, 10}}},
+        // The vertical line into point 2 and the horizontal line into point 4 cross at (10, 4).
+        CrossingCase{
+            "middle", kElsewhere, {2, 4}, {{0, 0}, {10, 0}, {10, 10}, {14, 4}, {6, 4}, {0, 10}}},
+        // The closing line from (20, 2) back to (0, 0) crosses the line into point 2 at (10, 1).
+        CrossingCase{
+            "closingLine", kElsewhere, {0, 2}, {{0, 0}, {10, 0}, {10, 10}, {20, 10}, {20, 2}}},
+        CrossingCase{.name = "notAPerimeter",
+                     .code = kNone,
+                     .points = {{0, 0}, {10, 10}, {10, 0}, {0, 10}},
+                     .type = kTypeN},
+        Divided("divisionInside", kNone, {}, {{6, 4}, {4, 6}}),
+        // The division's last point overshoots the join point (0, 10) and leaves the plot:
+        // the main closing line (owned by the start point) and the division's last line.
+        Divided("divisionOvershoot", kAtJoin, {0, 6}, {{6, 4}, {-1, 10.5f}}),
+        // (12, 5) -> (5, 5) crosses the perimeter line x = 10.
+        Divided("divisionEarlierLine", kElsewhere, {2, 6}, {{12, 5}, {5, 5}, {4, 6}}),
+        Divided("divisionItself", kElsewhere, {5, 6, 8, 9},
+                {{8, 6}, {8, 2}, {5, 4}, {9, 4}, {4, 6}}),
+        // No sub-division dataset: the division is the straight line between the joins,
+        // (10, 0) to (0, 10), which passes over the notch at (5, 3).
+        CrossingCase{
+            "straight", kElsewhere, {3, 4}, {{0, 0}, {10, 0}, {10, 10}, {5, 3}, {0, 10}}, {1, 4}},
+        // The bow-tie with an intermediate point on its first line: the lines are still
+        // those between the shape points, and the mark goes to the shape point.
+        CrossingCase{
+            "midPoint", kAtStart, {2, 4}, {{0, 0}, {5, 5}, {10, 10}, {10, 0}, {0, 10}}, {}, {}, 1}),
+    [](const auto& info) { return info.param.name; });
 
 struct LineCase {
   const char* name;
@@ -98,11 +108,16 @@ class LineRuleTest : public ::testing::TestWithParam<LineCase> {};
 TEST_P(LineRuleTest, DecidesCrossing) {
   Survey survey = PerimeterSurvey(GetParam().points);
   EXPECT_EQ(CheckPerimeterCrossing(survey) != 0, GetParam().crosses);
+  EXPECT_EQ(ErrorMarked(survey).empty(), !GetParam().crosses);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     PerimeterCrossingTest, LineRuleTest,
     ::testing::Values(
+        // Too few points for a perimeter that could cross.
+        LineCase{"none", {}, false}, LineCase{"one", {{3, 4}}, false},
+        LineCase{"two", {{0, 0}, {10, 0}}, false},
+        LineCase{"triangle", {{0, 0}, {10, 0}, {0, 10}}, false},
         // Two lines on one straight line that only share an end point do not cross.
         LineCase{"collinearNeighbours", {{0, 0}, {5, 0}, {10, 0}, {10, 10}, {0, 10}}, false},
         // On one straight line but apart: no crossing.
@@ -135,65 +150,6 @@ TEST(PerimeterCrossingTest, NonFiniteCoordinatesAreSafe) {
     EXPECT_TRUE(code == kCrossingNone || code == kCrossingElsewhere || code == kCrossingAtStart ||
                 code == kCrossingAtJoin);
   }
-}
-
-// A square main perimeter divided from point 1 (10, 0) to point 3 (0, 10); the
-// sub-division starts with a dummy at the first join point.
-Survey DividedSquare(const std::vector<XY>& divisionPoints) {
-  Survey survey = PerimeterSurvey(kSquare);
-  MarkJoins(survey, 1, 3);
-  std::vector<XY> sub{{10, 0}};
-  sub.insert(sub.end(), divisionPoints.begin(), divisionPoints.end());
-  int start = AddDataset(survey, kTypeS, sub);
-  survey.Points[start].PtMarks |= kMarkDummy;
-  return survey;
-}
-
-TEST(PerimeterCrossingTest, DivisionInsideThePlotDoesNotCross) {
-  Survey survey = DividedSquare({{6, 4}, {4, 6}});
-  EXPECT_EQ(CheckPerimeterCrossing(survey), kCrossingNone);
-}
-
-// The division's last point overshoots the join point (0, 10) and leaves the plot.
-TEST(PerimeterCrossingTest, DivisionLastLineCrossingThePerimeterIsAtTheJoin) {
-  Survey survey = DividedSquare({{6, 4}, {-1, 10.5f}});
-  EXPECT_EQ(CheckPerimeterCrossing(survey) & kCrossingKindMask, 6);
-  // The main closing line (owned by the start point) and the division's last line.
-  EXPECT_EQ(ErrorMarked(survey), (std::vector<int>{0, 6}));
-}
-
-TEST(PerimeterCrossingTest, DivisionCrossingByAnEarlierLineIsElsewhere) {
-  // (12, 5) -> (5, 5) crosses the perimeter line x = 10.
-  Survey survey = DividedSquare({{12, 5}, {5, 5}, {4, 6}});
-  int code = CheckPerimeterCrossing(survey);
-  EXPECT_NE(code, 0);
-  EXPECT_NE(code & kCrossingKindMask, 6);
-  EXPECT_EQ(ErrorMarked(survey), (std::vector<int>{2, 6}));
-}
-
-TEST(PerimeterCrossingTest, DivisionCrossingItselfIsElsewhere) {
-  Survey survey = DividedSquare({{8, 6}, {8, 2}, {5, 4}, {9, 4}, {4, 6}});
-  int code = CheckPerimeterCrossing(survey);
-  EXPECT_NE(code, 0);
-  EXPECT_NE(code & kCrossingKindMask, 6);
-}
-
-TEST(PerimeterCrossingTest, StraightDivisionAcrossANotchCrosses) {
-  // No sub-division dataset: the division is the straight line between the joins,
-  // (10, 0) to (0, 10), which passes over the notch at (5, 3).
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {5, 3}, {0, 10}});
-  MarkJoins(survey, 1, 4);
-  EXPECT_EQ(CheckPerimeterCrossing(survey), kCrossingElsewhere);
-  EXPECT_EQ(ErrorMarked(survey), (std::vector<int>{3, 4}));
-}
-
-TEST(PerimeterCrossingTest, IntermediatePointsDoNotSplitTheLines) {
-  // The bow-tie again, with an intermediate point on its first line: the lines are
-  // still those between the shape points, and the mark goes to the shape point.
-  Survey survey = PerimeterSurvey({{0, 0}, {5, 5}, {10, 10}, {10, 0}, {0, 10}});
-  survey.Points[1].PtFlags |= kPtIntermediate;
-  EXPECT_EQ(CheckPerimeterCrossing(survey) & kCrossingKindMask, 2);
-  EXPECT_EQ(ErrorMarked(survey), (std::vector<int>{2, 4}));
 }
 
 // An independent oracle: proper segment intersection by orientation predicates in
