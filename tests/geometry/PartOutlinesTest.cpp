@@ -11,6 +11,8 @@ namespace plotmeter {
 namespace {
 
 using testing::AddDataset;
+using testing::DividedSurvey;
+using testing::kSquare;
 using testing::MarkJoins;
 using testing::PerimeterSurvey;
 using testing::XY;
@@ -18,7 +20,7 @@ using testing::XY;
 using Outline = std::vector<int>;
 
 // Points 0 to 3: the square (0, 0), (10, 0), (10, 10), (0, 10).
-Survey Square() { return PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}}); }
+Survey Square() { return PerimeterSurvey(kSquare); }
 
 ProcessingState OutlinesOf(const Survey& survey) {
   ProcessingState state;
@@ -28,10 +30,7 @@ ProcessingState OutlinesOf(const Survey& survey) {
 }
 
 TEST(PartOutlinesTest, DivisionFromADummyAtTheFirstJoin) {
-  Survey survey = Square();
-  MarkJoins(survey, 1, 3);
-  int sub = AddDataset(survey, kTypeS, {{10, 0}, {6, 6}});
-  survey.Points[sub].PtMarks |= kMarkDummy;
+  Survey survey = DividedSurvey(kSquare, 1, 3, {{10, 0}, {6, 6}});
   ProcessingState state = OutlinesOf(survey);
   EXPECT_EQ(state.AreaState, kAreaSegmentCount);
   EXPECT_EQ(state.PartOutlines[0], (Outline{3, 0, 1, 5}));  // holds the start point
@@ -39,10 +38,7 @@ TEST(PartOutlinesTest, DivisionFromADummyAtTheFirstJoin) {
 }
 
 TEST(PartOutlinesTest, DivisionEnteredFromTheLaterJoinRunsBackwards) {
-  Survey survey = Square();
-  MarkJoins(survey, 1, 3);
-  int sub = AddDataset(survey, kTypeS, {{0, 10}, {4, 7}, {7, 4}});
-  survey.Points[sub].PtMarks |= kMarkDummy;
+  Survey survey = DividedSurvey(kSquare, 1, 3, {{0, 10}, {4, 7}, {7, 4}});
   std::optional<DivisionPath> path = FindDivisionPath(survey);
   ASSERT_TRUE(path);
   EXPECT_EQ(path->startJoin, 3);
@@ -75,27 +71,16 @@ TEST(PartOutlinesTest, PlainStartPointAwayFromTheJoinIsAVertex) {
   EXPECT_EQ(path->vertices, (Outline{4, 5}));
 }
 
-TEST(PartOutlinesTest, LastPointOnTheEndJoinIsTheJoinItself) {
-  Survey survey = Square();
-  MarkJoins(survey, 1, 3);
-  int sub = AddDataset(survey, kTypeS, {{10, 0}, {5, 5}, {0, 10}});
-  survey.Points[sub].PtMarks |= kMarkDummy;
-  std::optional<DivisionPath> path = FindDivisionPath(survey);
-  ASSERT_TRUE(path);
-  EXPECT_EQ(path->vertices, (Outline{5}));
-}
-
+// A last point on the end join is the join itself: no vertex and no closing length.
 TEST(PartOutlinesTest, ClosingLengthRunsFromTheLastPointToTheEndJoin) {
-  Survey survey = Square();
-  MarkJoins(survey, 1, 3);
-  int sub = AddDataset(survey, kTypeS, {{10, 0}, {6, 4}, {3, 6}});
-  survey.Points[sub].PtMarks |= kMarkDummy;
+  Survey survey = DividedSurvey(kSquare, 1, 3, {{10, 0}, {6, 4}, {3, 6}});
   std::optional<DivisionPath> path = FindDivisionPath(survey);
   ASSERT_TRUE(path);
   EXPECT_FLOAT_EQ(DivisionClosingLength(survey, *path), 5);  // (3, 6) to (0, 10)
-  survey.Points[sub + 2].X = 0;
-  survey.Points[sub + 2].Y = 10;
+  survey.Points[6].X = 0;
+  survey.Points[6].Y = 10;
   path = FindDivisionPath(survey);
+  EXPECT_EQ(path->vertices, (Outline{5}));
   EXPECT_FLOAT_EQ(DivisionClosingLength(survey, *path), 0);
 }
 
@@ -113,10 +98,8 @@ TEST(PartOutlinesTest, TwoJoinsWithoutSubDivisionMakeAStraightDivision) {
 }
 
 TEST(PartOutlinesTest, DivisionPartsAddUpToTheWhole) {
-  Survey survey = PerimeterSurvey({{0, 0}, {30, 0}, {30, 20}, {15, 25}, {0, 20}});
-  MarkJoins(survey, 1, 3);
-  int sub = AddDataset(survey, kTypeS, {{30, 0}, {20, 8}, {18, 16}});
-  survey.Points[sub].PtMarks |= kMarkDummy;
+  Survey survey = DividedSurvey({{0, 0}, {30, 0}, {30, 20}, {15, 25}, {0, 20}}, 1, 3,
+                                {{30, 0}, {20, 8}, {18, 16}});
   ProcessingState state = OutlinesOf(survey);
   ComputeArea(survey, state, kAreaSqMeters);
   EXPECT_FALSE(state.AreaState & kSegmentsSwapped);
@@ -126,10 +109,7 @@ TEST(PartOutlinesTest, DivisionPartsAddUpToTheWhole) {
 
 // An extension: the triangle (10, 0), (15, 5), (10, 10) outside the square's right side.
 TEST(PartOutlinesTest, ExtensionOutsideThePlot) {
-  Survey survey = Square();
-  MarkJoins(survey, 1, 2);
-  int sub = AddDataset(survey, kTypeS, {{10, 0}, {15, 5}});
-  survey.Points[sub].PtMarks |= kMarkDummy;
+  Survey survey = DividedSurvey(kSquare, 1, 2, {{10, 0}, {15, 5}});
   ProcessingState state = OutlinesOf(survey);
   EXPECT_EQ(state.PartOutlines[0], (Outline{2, 3, 0, 1, 5}));  // the enlarged plot
   EXPECT_EQ(state.PartOutlines[1], (Outline{1, 2, 5}));        // the extension
@@ -143,10 +123,7 @@ TEST(PartOutlinesTest, ExtensionOutsideThePlot) {
 TEST(PartOutlinesTest, ExtensionAcrossTheStartPoint) {
   // Joins at the start point and the last point: the extension lies beyond the
   // closing line, on the left of the square.
-  Survey survey = Square();
-  MarkJoins(survey, 0, 3);
-  int sub = AddDataset(survey, kTypeS, {{0, 0}, {-4, 5}});
-  survey.Points[sub].PtMarks |= kMarkDummy;
+  Survey survey = DividedSurvey(kSquare, 0, 3, {{0, 0}, {-4, 5}});
   ProcessingState state = OutlinesOf(survey);
   EXPECT_EQ(state.PartOutlines[0], (Outline{0, 1, 2, 3, 5}));
   EXPECT_EQ(state.PartOutlines[1], (Outline{3, 0, 5}));

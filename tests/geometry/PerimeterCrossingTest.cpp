@@ -14,6 +14,7 @@ namespace {
 
 using testing::AddDataset;
 using testing::ErrorMarked;
+using testing::kSquare;
 using testing::MarkJoins;
 using testing::PerimeterSurvey;
 using testing::XY;
@@ -48,8 +49,6 @@ TEST_P(CrossingTest, GivesTheCodeAndMarksTheLines) {
   EXPECT_EQ(ErrorMarked(survey), c.marked);
   for (const Point& point : survey.Points) EXPECT_TRUE(point.PtMarks & kMarkCompass);
 }
-
-const std::vector<XY> kSquare = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
 
 // The square divided from point 1 (10, 0) to point 3 (0, 10) by `division`.
 CrossingCase Divided(const char* name, int code, std::vector<int> marked,

@@ -46,6 +46,19 @@ inline void MarkJoins(Survey& survey, int first, int second) {
   survey.JoinPointCount = 2;
 }
 
+// The 10 by 10 square (0, 0), (10, 0), (10, 10), (0, 10).
+inline const std::vector<XY> kSquare = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+
+// The perimeter `points` with joins at points `first` and `second`, divided by a
+// sub-division that starts from a dummy point: `division` begins at a join.
+inline Survey DividedSurvey(const std::vector<XY>& points, int first, int second,
+                            const std::vector<XY>& division, std::string tag = "") {
+  Survey survey = PerimeterSurvey(points);
+  MarkJoins(survey, first, second);
+  survey.Points[AddDataset(survey, kTypeS, division, std::move(tag))].PtMarks |= kMarkDummy;
+  return survey;
+}
+
 // The points of `survey` that carry the error-line mark.
 inline std::vector<int> ErrorMarked(const Survey& survey) {
   std::vector<int> marked;

@@ -10,6 +10,8 @@ namespace plotmeter {
 namespace {
 
 using testing::AddDataset;
+using testing::DividedSurvey;
+using testing::kSquare;
 using testing::MarkJoins;
 using testing::PerimeterSurvey;
 using testing::XY;
@@ -120,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return info.param.name; });
 
 TEST(PlotSceneTest, MainPerimeterColoursAndClosingLine) {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
+  Survey survey = PerimeterSurvey(kSquare);
   PlotScene scene = Draw(survey);
   ASSERT_EQ(scene.markers.size(), 4u);
   EXPECT_EQ(MarkerOf(scene, 0)->border, kStartGreen);
@@ -234,11 +236,7 @@ TEST(PlotSceneTest, AlternatesFollowTheOptionsNotTheMode) {
 }
 
 Survey DividedSquare() {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-  MarkJoins(survey, 1, 3);
-  int sub = AddDataset(survey, kTypeS, {{10, 0}, {8, 6}, {2, 8}}, "  North lot ");
-  survey.Points[sub].PtMarks |= kMarkDummy;
-  return survey;
+  return DividedSurvey(kSquare, 1, 3, {{10, 0}, {8, 6}, {2, 8}}, "  North lot ");
 }
 
 TEST(PlotSceneTest, DivisionRunsBetweenTheJoinPoints) {
@@ -268,7 +266,7 @@ TEST(PlotSceneTest, SubDivisionLabelAtTheCentreOfItsOwnExtent) {
 }
 
 TEST(PlotSceneTest, StraightDivisionWithoutDatasetIsDrawnWithTheSubDivisions) {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
+  Survey survey = PerimeterSurvey(kSquare);
   MarkJoins(survey, 0, 2);
   PlotScene scene = Draw(survey);
   EXPECT_EQ(LineEnds(scene), (std::vector<int>{1, 2, 3, 0, 2}));

@@ -12,6 +12,8 @@ namespace plotmeter {
 namespace {
 
 using testing::AddDataset;
+using testing::DividedSurvey;
+using testing::kSquare;
 using testing::MarkJoins;
 using testing::PerimeterSurvey;
 using testing::ScriptedDialogs;
@@ -154,10 +156,7 @@ Survey OvershootingInTabs() {
 // The division's last point (-1, 10.5) overshoots the join point (0, 10). The message
 // measures the line to that join, not a closing line back to the sub-division's start.
 Survey DivisionOvershootingTheJoin() {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-  MarkJoins(survey, 1, 3);
-  int sub = AddDataset(survey, kTypeS, {{10, 0}, {6, 4}, {-1, 10.5f}});
-  survey.Points[sub].PtMarks |= kMarkDummy;
+  Survey survey = DividedSurvey(kSquare, 1, 3, {{10, 0}, {6, 4}, {-1, 10.5f}});
   survey.Datasets[1].ClosingLen = 12.04f;
   return survey;
 }
@@ -291,11 +290,7 @@ TEST_F(ProcessingTest, DividedPlotOffersItsSegments) {
 }
 
 TEST_F(ProcessingTest, ExtensionOffersTheEnlargedPlotFirst) {
-  Survey loaded = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-  MarkJoins(loaded, 1, 2);
-  int sub = AddDataset(loaded, kTypeS, {{10, 0}, {15, 5}}, "Creek paddock");
-  loaded.Points[sub].PtMarks |= kMarkDummy;
-  Load(loaded);
+  Load(DividedSurvey(kSquare, 1, 2, {{10, 0}, {15, 5}}, "Creek paddock"));
   display.AreaUnitCmb.index = 0;
   Run();
   EXPECT_EQ(display.AreaSgmtCmb.items,
