@@ -4,13 +4,13 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/Cli.h"
+#include "support/TestFolder.h"
 
 namespace plotmeter {
 namespace {
@@ -32,19 +32,7 @@ constexpr const char* kDivided =
 class CliTest : public ::testing::Test {
  protected:
   std::string File(const std::string& name, const std::string& text) {
-    const std::string path = Folder() + "/" + name;
-    std::ofstream(path, std::ios::binary) << text;
-    return path;
-  }
-
-  std::string Folder() {
-    if (folder_.empty()) {
-      std::string name = ::testing::UnitTest::GetInstance()->current_test_info()->name();
-      std::replace(name.begin(), name.end(), '/', '_');
-      folder_ = (std::filesystem::path(::testing::TempDir()) / ("CliTest_" + name)).string();
-      std::filesystem::create_directories(folder_);
-    }
-    return folder_;
+    return folder_.Write(name, text);
   }
 
   int Run(std::vector<std::string> args) {
@@ -61,15 +49,10 @@ class CliTest : public ::testing::Test {
   }
 
   static std::string Contents(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
+    return testing::TestFolder::Contents(path);
   }
 
-  void TearDown() override {
-    if (!folder_.empty()) std::filesystem::remove_all(folder_);
-  }
-
-  std::string folder_;
+  testing::TestFolder folder_;
   std::ostringstream out_, err_;
 };
 
@@ -243,7 +226,7 @@ TEST_F(CliTest, ListOfARefusedFileStillShowsWhyItIsBad) {
 
 TEST_F(CliTest, SaveWritesWithTheWriterOptionsOrFails) {
   const std::string block = File("block.csv", kBlock);
-  const std::string out = Folder() + "/saved.csv";
+  const std::string out = folder_.Path("saved.csv");
   EXPECT_EQ(Run({"save", block, out}), 0);
   EXPECT_EQ(out_.str(), "");
   EXPECT_EQ(Run({"area", out, "--unit", "0"}), 0);
@@ -255,11 +238,11 @@ TEST_F(CliTest, SaveWritesWithTheWriterOptionsOrFails) {
   EXPECT_NE(Contents(out).find("\n/End data"), std::string::npos) << Contents(out);
   EXPECT_EQ(Contents(out).find("Column Headings"), std::string::npos) << Contents(out);
 
-  EXPECT_EQ(Run({"save", block, Folder() + "/missing/out.csv"}), 1);
+  EXPECT_EQ(Run({"save", block, folder_.Path("missing/out.csv")}), 1);
   EXPECT_TRUE(err_.str().starts_with("[Write File Abort]\n")) << err_.str();
-  EXPECT_EQ(Run({"save", File("bad.csv", kNotOurs), Folder() + "/not.csv"}), 1);
+  EXPECT_EQ(Run({"save", File("bad.csv", kNotOurs), folder_.Path("not.csv")}), 1);
   EXPECT_TRUE(err_.str().starts_with("[File Read Abort]\n")) << err_.str();
-  EXPECT_FALSE(std::filesystem::exists(Folder() + "/not.csv"));
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path("not.csv")));
 }
 
 TEST_F(CliTest, UsageErrorsGiveStatusTwoAndAShortUsage) {

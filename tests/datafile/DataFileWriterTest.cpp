@@ -10,12 +10,14 @@
 
 #include "datafile/DataFileWriter.h"
 #include "support/ScriptedDialogs.h"
+#include "support/TestFolder.h"
 
 namespace plotmeter {
 namespace {
 
 namespace fs = std::filesystem;
 using testing::ScriptedDialogs;
+using testing::TestFolder;
 
 Point MakePoint(int number, std::uint8_t flags, const char* xa, const char* yl, float x, float y,
                 float bearing, float length) {
@@ -323,26 +325,9 @@ TEST(DataFileWriterTest, MessagesOfTheFaults) {
 
 class SavedFileTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    folder_ = fs::temp_directory_path() /
-              ("plotmeter-writer-" + std::to_string(::getpid()) + "-" +
-               ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  std::string PathOf(const char* name) const { return (folder_ / name).string(); }
-
-  static std::string Contents(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  }
+  static std::string Contents(const std::string& path) { return TestFolder::Contents(path); }
   static void Put(const std::string& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
-  }
-  int FilesInFolder() const {
-    return static_cast<int>(std::distance(fs::directory_iterator(folder_), {}));
   }
   static void ExpectWriteAbort(const ScriptedDialogs& dialogs, const std::string& text) {
     ASSERT_EQ(dialogs.boxes.size(), 1u);
@@ -353,21 +338,21 @@ class SavedFileTest : public ::testing::Test {
     EXPECT_EQ(dialogs.beeps, 1);
   }
 
-  fs::path folder_;
+  TestFolder folder_;
 };
 
 TEST_F(SavedFileTest, WritesTheFileAndNothingElse) {
   Survey survey = Triangle();
   ScriptedDialogs dialogs;
-  std::string path = PathOf("lot.csv");
+  std::string path = folder_.Path("lot.csv");
   ASSERT_TRUE(WriteDataFile(survey, path, dialogs));
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_EQ(Contents(path), Written(survey));
-  EXPECT_EQ(FilesInFolder(), 1);
+  EXPECT_EQ(folder_.FileCount(), 1);
 }
 
 TEST_F(SavedFileTest, ReplacesTheOldFileKeepingItsPermissions) {
-  std::string path = PathOf("lot.csv");
+  std::string path = folder_.Path("lot.csv");
   Put(path, "old text");
   ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
   Survey survey = Triangle();
@@ -377,25 +362,25 @@ TEST_F(SavedFileTest, ReplacesTheOldFileKeepingItsPermissions) {
   struct stat info;
   ASSERT_EQ(::stat(path.c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 0777, 0640u);
-  EXPECT_EQ(FilesInFolder(), 1);
+  EXPECT_EQ(folder_.FileCount(), 1);
 }
 
 TEST_F(SavedFileTest, MissingFolderOrAFolderInTheWayCannotBeOpened) {
-  fs::create_directory(PathOf("taken.csv"));
-  Put(PathOf("taken.csv/inside.txt"), "kept");
+  fs::create_directory(folder_.Path("taken.csv"));
+  Put(folder_.Path("taken.csv/inside.txt"), "kept");
   for (const char* name : {"no-such-folder/lot.csv", "taken.csv"}) {
     Survey survey = Triangle();
     ScriptedDialogs dialogs;
-    EXPECT_FALSE(WriteDataFile(survey, PathOf(name), dialogs));
+    EXPECT_FALSE(WriteDataFile(survey, folder_.Path(name), dialogs));
     ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.");
     EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
   }
-  EXPECT_EQ(Contents(PathOf("taken.csv/inside.txt")), "kept");
-  EXPECT_EQ(FilesInFolder(), 1);
+  EXPECT_EQ(Contents(folder_.Path("taken.csv/inside.txt")), "kept");
+  EXPECT_EQ(folder_.FileCount(), 1);
 }
 
 TEST_F(SavedFileTest, RefusedSurveyLeavesTheOldFile) {
-  std::string path = PathOf("lot.csv");
+  std::string path = folder_.Path("lot.csv");
   Put(path, "old text");
   Survey gpsWithoutLink = Triangle();
   gpsWithoutLink.Points[2].PtFlags = kPtGps;
@@ -408,14 +393,14 @@ TEST_F(SavedFileTest, RefusedSurveyLeavesTheOldFile) {
                                   ? "Unidentified processing error"
                                   : "GPS values present without a GPS linked point.");
     EXPECT_EQ(Contents(path), "old text");
-    EXPECT_EQ(FilesInFolder(), 1);
+    EXPECT_EQ(folder_.FileCount(), 1);
   }
 }
 
 // The disk fills up half-way through: the write fails, and the old file must survive
 // whole with no temporary file left beside it.
 TEST_F(SavedFileTest, FailingWriteLeavesTheOldFileIntact) {
-  std::string path = PathOf("lot.csv");
+  std::string path = folder_.Path("lot.csv");
   const std::string old = "the survey as last saved\n";
   Put(path, old);
   Survey survey = Triangle();
@@ -435,7 +420,7 @@ TEST_F(SavedFileTest, FailingWriteLeavesTheOldFileIntact) {
   EXPECT_FALSE(written);
   ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.");
   EXPECT_EQ(Contents(path), old);
-  EXPECT_EQ(FilesInFolder(), 1);
+  EXPECT_EQ(folder_.FileCount(), 1);
   EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
 }
 

@@ -1,42 +1,28 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "model/NumberFormat.h"
+#include "support/TestFolder.h"
 #include "ui/DataListing.h"
 
 namespace plotmeter {
 namespace {
 
-// A data file written into the test's temporary folder.
+// Lists data files written into the test's own folder.
 class DataListingFileTest : public ::testing::Test {
  protected:
-  std::string WriteFile(const std::string& text) {
-    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = std::string(info->test_suite_name()) + "_" + info->name() + ".csv";
-    std::replace(name.begin(), name.end(), '/', '_');
-    path_ = (std::filesystem::path(::testing::TempDir()) / name).string();
-    std::ofstream(path_, std::ios::binary) << text;
-    return path_;
-  }
-
   // Lists `text` from the file, as the window does with "Processed" cleared.
   const std::vector<std::string>& ListFile(const std::string& text) {
-    survey_.CurrentFileName = WriteFile(text);
+    survey_.CurrentFileName = folder_.Write("survey.csv", text);
     list_.Refresh(survey_);
     return list_.DataLst();
   }
 
-  void TearDown() override {
-    if (!path_.empty()) std::filesystem::remove(path_);
-  }
-
-  std::string path_;
+  testing::TestFolder folder_;
   Survey survey_;
   DataListLogic list_;
 };

@@ -158,6 +158,13 @@ TEST(PlotSceneTest, LinesBrownAndStandAlonePointsTealWithoutLines) {
   EXPECT_EQ(MarkerOf(scene, barns + 1)->fill, kPointsTeal);
   EXPECT_EQ(LineEnds(scene), (std::vector<int>{1, 2, 0, road + 1}));
   EXPECT_EQ(scene.lines.back().colour, kLineBrown);
+  // The screen position of every drawn point is kept.
+  ASSERT_EQ(scene.screen.size(), 7u);
+  for (const SceneMarker& marker : scene.markers) {
+    EXPECT_TRUE(scene.screen[marker.point].drawn);
+    EXPECT_FLOAT_EQ(scene.screen[marker.point].x, marker.x);
+    EXPECT_FLOAT_EQ(scene.screen[marker.point].y, marker.y);
+  }
 }
 
 TEST(PlotSceneTest, UntickingShowPointsRemovesOnlyPointsCollections) {
@@ -204,14 +211,11 @@ TEST(PlotSceneTest, BadPerimeterModeDrawsErrorLinesRedWithoutStandAlonePoints) {
   EXPECT_EQ(scene.lines[3].colour, kStartGreen);
 }
 
-TEST(PlotSceneTest, ErrorMarksAreNotRedWithoutTheErrorMode) {
+// Outside the bad perimeter mode error marks are not red.
+TEST(PlotSceneTest, AlternatePositionIsMagentaAndJoined) {
   PlotScene scene = Draw(CrossedWithExtras(), 15, 15);
   EXPECT_EQ(MarkerOf(scene, 1)->fill, kBlack);
   EXPECT_EQ(scene.lines[0].colour, kBlack);
-}
-
-TEST(PlotSceneTest, AlternatePositionIsMagentaAndJoined) {
-  PlotScene scene = Draw(CrossedWithExtras(), 15, 15);
   const SceneMarker* alternate = MarkerOf(scene, 2, true);
   ASSERT_NE(alternate, nullptr);
   EXPECT_EQ(alternate->border, kAlternateMagenta);
@@ -273,19 +277,16 @@ TEST(PlotSceneTest, StraightDivisionWithoutDatasetIsDrawnWithTheSubDivisions) {
   EXPECT_FALSE(scene.LotLbl.visible);
 }
 
-TEST(PlotSceneTest, SelectedPointIsEnlarged) {
+// The selected point is enlarged; a tag label from before the redraw is hidden.
+TEST(PlotSceneTest, SelectedPointIsEnlargedAndTheTagLabelHidden) {
   ProcessingState state;
   state.SelectedPoint = 2;
   state.SelectedDataset = 1;
-  PlotScene scene = Draw(PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}}), 15, 15, state);
-  EXPECT_FLOAT_EQ(MarkerOf(scene, 2)->size, 4 * scene.markerSize);
-  EXPECT_FLOAT_EQ(MarkerOf(scene, 1)->size, scene.markerSize);
-}
-
-TEST(PlotSceneTest, RedrawHidesTheTagLabel) {
   PlotScene scene;
   scene.TagDSLbl = {"Main Road", 10, 10, true};
-  ASSERT_TRUE(DrawPlot(PerimeterSurvey({{0, 0}, {1, 1}}), ProcessingState{}, 15, 15, scene));
+  ASSERT_TRUE(DrawPlot(PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}}), state, 15, 15, scene));
+  EXPECT_FLOAT_EQ(MarkerOf(scene, 2)->size, 4 * scene.markerSize);
+  EXPECT_FLOAT_EQ(MarkerOf(scene, 1)->size, scene.markerSize);
   EXPECT_FALSE(scene.TagDSLbl.visible);
 }
 
@@ -299,18 +300,6 @@ TEST(PlotSceneTest, ExtentThatCannotBeLaidOutFailsAndClears) {
     EXPECT_TRUE(scene.markers.empty());
     EXPECT_TRUE(scene.ScaleLbl.empty());
     EXPECT_FALSE(scene.LotLbl.visible);
-  }
-}
-
-TEST(PlotSceneTest, ScreenPositionsAreKeptForEveryDrawnPoint) {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}});
-  AddDataset(survey, kTypeL, {{0, 12}, {10, 12}});
-  PlotScene scene = Draw(survey);
-  ASSERT_EQ(scene.screen.size(), 5u);
-  for (const SceneMarker& marker : scene.markers) {
-    EXPECT_TRUE(scene.screen[marker.point].drawn);
-    EXPECT_FLOAT_EQ(scene.screen[marker.point].x, marker.x);
-    EXPECT_FLOAT_EQ(scene.screen[marker.point].y, marker.y);
   }
 }
 

@@ -3,12 +3,11 @@
 // refused or remembered, the file label and a failed resolution.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "support/ScriptedDialogs.h"
+#include "support/TestFolder.h"
 #include "ui/PlotmeterLogic.h"
 
 namespace plotmeter {
@@ -20,20 +19,8 @@ constexpr const char* kSquare =
 
 class PlotmeterLogicTest : public ::testing::Test {
  protected:
-  std::string Folder() {
-    const std::filesystem::path folder =
-        std::filesystem::path(::testing::TempDir()) /
-        ("PlotmeterLogicTest_" +
-         std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-    std::filesystem::create_directories(folder);
-    folder_ = folder.string();
-    return folder_;
-  }
-
   LoadOutcome Load(const std::string& text) {
-    const std::string path = Folder() + "/survey.csv";
-    std::ofstream(path, std::ios::binary) << text;
-    return logic_.Load(path, dialogs_);
+    return logic_.Load(folder_.Write("survey.csv", text), dialogs_);
   }
 
   const std::string& Area() const { return logic_.display().AreaValLbl.text; }
@@ -44,11 +31,7 @@ class PlotmeterLogicTest : public ::testing::Test {
     return titles;
   }
 
-  void TearDown() override {
-    if (!folder_.empty()) std::filesystem::remove_all(folder_);
-  }
-
-  std::string folder_;
+  testing::TestFolder folder_;
   PlotmeterLogic logic_;
   testing::ScriptedDialogs dialogs_;
 };
@@ -132,12 +115,12 @@ TEST_F(PlotmeterLogicTest, FileLabelFollowsTheLoadsAndTheSaves) {
   EXPECT_EQ(logic_.DatSrcLbl(), "< No File >");
   Load(kSquare);
   EXPECT_EQ(logic_.DatSrcLbl(), "survey.csv");
-  const std::string saved = folder_ + "/saved.csv";
+  const std::string saved = folder_.Path("saved.csv");
   ASSERT_TRUE(logic_.Save(saved, dialogs_));
   EXPECT_EQ(logic_.survey().CurrentFileName, saved);
   EXPECT_EQ(logic_.DatSrcLbl(), "saved.csv");
   // A failed save keeps the name.
-  EXPECT_FALSE(logic_.Save(folder_ + "/no such folder/out.csv", dialogs_));
+  EXPECT_FALSE(logic_.Save(folder_.Path("no such folder/out.csv"), dialogs_));
   EXPECT_EQ(Titles(), std::vector<std::string>{"Write File Abort"});
   EXPECT_EQ(logic_.survey().CurrentFileName, saved);
 }
