@@ -9,6 +9,7 @@
 #include <string>
 
 #include "datafile/DataFileWriter.h"
+#include "support/PlotSurveys.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TestFolder.h"
 
@@ -16,22 +17,9 @@ namespace plotmeter {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ProcessedPoint;
 using testing::ScriptedDialogs;
 using testing::TestFolder;
-
-Point MakePoint(int number, std::uint8_t flags, const char* xa, const char* yl, float x, float y,
-                float bearing, float length) {
-  Point point;
-  point.PtNumber = number;
-  point.PtFlags = flags;
-  point.InXA = xa;
-  point.InYL = yl;
-  point.X = x;
-  point.Y = y;
-  point.Bearing = bearing;
-  point.Len = length;
-  return point;
-}
 
 // A small processed triangle in metres, as a load and a processing run leave it.
 Survey Triangle() {
@@ -41,9 +29,9 @@ Survey Triangle() {
   survey.UnitOfMeasure = kUnitMeters;
   survey.FileTag = "Lot 7";
   survey.UserComments = {"// by J. Smith"};
-  survey.Points = {MakePoint(1, kPtXY, "0", "0", 0, 0, 0, 0),
-                   MakePoint(2, kPtXY, "40", "0", 40, 0, 90, 40),
-                   MakePoint(3, kPtBearing, "0", "30", 40, 30, 0, 30)};
+  survey.Points = {ProcessedPoint(1, kPtXY, "0", "0", 0, 0, 0, 0),
+                   ProcessedPoint(2, kPtXY, "40", "0", 40, 0, 90, 40),
+                   ProcessedPoint(3, kPtBearing, "0", "30", 40, 30, 0, 30)};
   survey.Datasets = {Dataset{.DatasetType = kTypeM,
                              .DatasetStart = 0,
                              .DatasetTag = "Front",
@@ -191,7 +179,7 @@ TEST_P(DatasetCommentTest, CommentAndHeaderLines) {
                                     .ClosingBearing = 90,
                                     .ClosingLen = 2});
   for (int i = 0; i < row.points; ++i) {
-    survey.Points.push_back(MakePoint(4 + i, kPtXY, "1", "2", 1, 2, 0, 0));
+    survey.Points.push_back(ProcessedPoint(4 + i, kPtXY, "1", "2", 1, 2, 0, 0));
   }
   std::string text = Written(survey);
   EXPECT_NE(text.find(row.expected), std::string::npos) << text;
@@ -405,7 +393,7 @@ TEST_F(SavedFileTest, FailingWriteLeavesTheOldFileIntact) {
   Put(path, old);
   Survey survey = Triangle();
   for (int i = 4; i < 2000; ++i) {
-    survey.Points.push_back(MakePoint(i, kPtXY, "12.5", "7.25", 12.5f, 7.25f, 45, 10));
+    survey.Points.push_back(ProcessedPoint(i, kPtXY, "12.5", "7.25", 12.5f, 7.25f, 45, 10));
   }
   ScriptedDialogs dialogs;
   struct rlimit saved;

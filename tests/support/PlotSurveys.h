@@ -32,6 +32,22 @@ inline int AddDataset(Survey& survey, std::uint8_t type, const std::vector<XY>& 
   return start;
 }
 
+// A point as processing leaves it: the entered values, and the position, bearing and
+// length worked out from them.
+inline Point ProcessedPoint(int number, std::uint8_t flags, std::string xa, std::string yl, float x,
+                            float y, float bearing, float length) {
+  Point point;
+  point.PtNumber = number;
+  point.PtFlags = flags;
+  point.InXA = std::move(xa);
+  point.InYL = std::move(yl);
+  point.X = x;
+  point.Y = y;
+  point.Bearing = bearing;
+  point.Len = length;
+  return point;
+}
+
 // A survey holding one main perimeter ("M").
 inline Survey PerimeterSurvey(const std::vector<XY>& points, int unit = kUnitMeters) {
   Survey survey;

@@ -5,12 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "model/NumberFormat.h"
+#include "support/PlotSurveys.h"
 #include "support/TestFolder.h"
 #include "ui/DataListing.h"
 
 namespace plotmeter {
 namespace {
+
+using testing::ProcessedPoint;
 
 // Lists data files written into the test's own folder.
 class DataListingFileTest : public ::testing::Test {
@@ -299,25 +301,14 @@ TEST_F(DataListingFileTest, HugeLineAndManyLinesAreListed) {
 // ---------------------------------------------------------------------------------------
 // The processed survey in memory
 
-Point MakePoint(int number, std::uint8_t flags, float x, float y, float bearing, float length) {
-  Point point;
-  point.PtNumber = number;
-  point.PtFlags = flags;
-  point.X = x;
-  point.Y = y;
-  point.Bearing = bearing;
-  point.Len = length;
-  point.InXA = FormatNumber(x, "#0.##");
-  point.InYL = FormatNumber(y, "#0.##");
-  return point;
-}
-
 // A 40 by 30 block in metres, its closing line running due south.
 Survey Block() {
   Survey survey;
   survey.UnitOfMeasure = kUnitMeters;
-  survey.Points = {MakePoint(1, kPtXY, 0, 0, 0, 0), MakePoint(2, kPtXY, 40, 0, 90, 40),
-                   MakePoint(3, kPtXY, 40, 30, 0, 30), MakePoint(4, kPtXY, 0, 30, 270, 40)};
+  survey.Points = {ProcessedPoint(1, kPtXY, "0", "0", 0, 0, 0, 0),
+                   ProcessedPoint(2, kPtXY, "40", "0", 40, 0, 90, 40),
+                   ProcessedPoint(3, kPtXY, "40", "30", 40, 30, 0, 30),
+                   ProcessedPoint(4, kPtXY, "0", "30", 0, 30, 270, 40)};
   survey.Datasets = {Dataset{.DatasetType = kTypeM,
                              .DatasetStart = 0,
                              .DatasetTag = "Block",
