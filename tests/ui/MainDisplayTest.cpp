@@ -115,42 +115,30 @@ INSTANTIATE_TEST_SUITE_P(
         SegmentCase{"choiceOutOfRange", kAreaSegmentCount, 15, 7, "300.0", true}),
     [](const auto& info) { return info.param.name; });
 
-TEST(MainDisplayTest, UnspecifiedUnitShowsTheLabelInsteadOfTheList) {
+// The unit label stands in for the list with an unspecified unit, the heading names a GPS
+// area, and the declination shows its side.
+TEST(MainDisplayTest, LabelsFollowTheSurvey) {
   Survey survey = PerimeterSurvey({{0, 0}, {1, 0}, {1, 1}}, kUnitNotSpecified);
-  MainDisplay display;
-  ShowArea(survey, WithArea(1), display);
-  EXPECT_FALSE(display.AreaUnitCmb.visible);
-  EXPECT_TRUE(display.AreaUnitLbl.visible);
-  survey.UnitOfMeasure = kUnitFeet;
-  ShowArea(survey, WithArea(1), display);
-  EXPECT_TRUE(display.AreaUnitCmb.visible);
-  EXPECT_FALSE(display.AreaUnitLbl.visible);
-}
-
-TEST(MainDisplayTest, HeadingNamesAGpsArea) {
-  Survey survey = PerimeterSurvey({{0, 0}, {1, 0}, {1, 1}});
   ProcessingState state = WithArea(1);
   state.GpsArea = true;
-  MainDisplay display;
-  ShowArea(survey, state, display);
-  EXPECT_EQ(display.AreaHdrLbl, "Area (GPS)");
-  state.GpsArea = false;
-  ShowArea(survey, state, display);
-  EXPECT_EQ(display.AreaHdrLbl, "Area");
-}
-
-TEST(MainDisplayTest, DeclinationSide) {
-  Survey survey = PerimeterSurvey({{0, 0}, {1, 0}, {1, 1}});
-  MainDisplay display;
   survey.MagneticDeclination = -2;
-  ShowArea(survey, WithArea(1), display);
+  MainDisplay display;
+  ShowArea(survey, state, display);
+  EXPECT_FALSE(display.AreaUnitCmb.visible);
+  EXPECT_TRUE(display.AreaUnitLbl.visible);
+  EXPECT_EQ(display.AreaHdrLbl, "Area (GPS)");
   EXPECT_TRUE(display.MagDecHdrLblEnabled);
   EXPECT_EQ(display.MagDecLbl, "2.0 W");
+  survey.UnitOfMeasure = kUnitFeet;
+  state.GpsArea = false;
   survey.MagneticDeclination = 3.5f;
-  ShowArea(survey, WithArea(1), display);
+  ShowArea(survey, state, display);
+  EXPECT_TRUE(display.AreaUnitCmb.visible);
+  EXPECT_FALSE(display.AreaUnitLbl.visible);
+  EXPECT_EQ(display.AreaHdrLbl, "Area");
   EXPECT_EQ(display.MagDecLbl, "3.5 E");
   survey.MagneticDeclination = 0;
-  ShowArea(survey, WithArea(1), display);
+  ShowArea(survey, state, display);
   EXPECT_FALSE(display.MagDecHdrLblEnabled);
   EXPECT_EQ(display.MagDecLbl, "");
 }
