@@ -5,11 +5,15 @@
 #include <string>
 
 #include "datafile/DataFileReader.h"
+#include "datafile/SurveyComparison.h"
+#include "geometry/ResolveSurveyBuilder.h"
 #include "support/ScriptedDialogs.h"
 
 namespace plotmeter {
 namespace {
 
+using testing::Entered;
+using testing::ExpectSameEnteredSurvey;
 using testing::ScriptedDialogs;
 
 // The fault texts as the user sees them, written out here rather than taken from the code.
@@ -133,66 +137,23 @@ TEST(DataFileReaderTest, GoodFileFillsSettingsDatasetsAndPoints) {
   ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_EQ(dialogs.beeps, 0);
-  EXPECT_EQ(survey.FieldSeparator, ',');
-  EXPECT_EQ(survey.SubValueSeparator, ':');
-  EXPECT_EQ(survey.UnitOfMeasure, kUnitMeters);
-  EXPECT_EQ(survey.MagneticDeclination, 0.0f);
-  EXPECT_EQ(survey.FileTag, "Test lot");
   EXPECT_EQ(survey.CurrentFileName, "kept.csv");
+  // The same survey written as the resolution tests write theirs.
+  Survey expected = Entered(
+      "H,M\n1,XL,,,0,0,150.5,-33.5\n2,XJ,,,40,0\n3,B,,,0,30\n4,XJ,,,0,30\n"
+      "H,S\n5,D,,,40,0\n6,X,,,20,15\n"
+      "H,L\n7,R,1\n8,BI,7,,45\n9,B,,,45,10\n"
+      "H,P\n10,X,,,10,10\n11,CF,10,,90,5\n12,G,,,,,150.6,-33.4");
+  expected.SubValueSeparator = ':';
+  expected.FileTag = "Test lot";
   // The link passed the load check: the next write marks the link as established.
-  EXPECT_EQ(survey.FileFlags, kFileOption);
-  EXPECT_EQ(survey.JoinPointCount, 2);
+  expected.FileFlags = kFileOption;
   // Only the user's own line survives; the unit line and "//," are the writer's.
-  EXPECT_EQ(survey.UserComments, std::vector<std::string>{"// Surveyed by J. Smith"});
-
-  ASSERT_EQ(survey.DatasetCount(), 4);
-  const struct {
-    std::uint8_t type;
-    int start;
-    const char* tag;
-  } datasets[] = {{kTypeM, 0, "Front field"},
-                  {kTypeS | kDatasetHasDummy, 4, "Split"},
-                  {kTypeL, 6, "Road"},
-                  {kTypeP, 9, "Sheds"}};
-  for (int d = 0; d < 4; ++d) {
-    SCOPED_TRACE(d);
-    EXPECT_EQ(survey.Datasets[d].DatasetType, datasets[d].type);
-    EXPECT_EQ(survey.Datasets[d].DatasetStart, datasets[d].start);
-    EXPECT_EQ(survey.Datasets[d].DatasetTag, datasets[d].tag);
-  }
-
-  ASSERT_EQ(survey.PointCount(), 12);
-  const struct {
-    std::uint8_t flags, marks;
-    int ref;
-    const char *xa, *yl, *longitude, *latitude;
-  } points[] = {
-      {kPtXY | kPtGps | kPtLink, 0, 0, "0", "0", "150.5", "-33.5"},
-      {kPtXY | kPtJoin, 0, 0, "40", "0", "", ""},
-      {kPtBearing, 0, 0, "0", "30", "", ""},
-      {kPtXY | kPtJoin, 0, 0, "0", "30", "", ""},
-      {kPtXY, kMarkDummy, 0, "40", "0", "", ""},
-      {kPtXY, 0, 0, "20", "15", "", ""},
-      {kPtReference, 0, 1, "", "", "", ""},
-      {kPtBearing | kPtIntermediate, 0, 7, "45", "", "", ""},
-      {kPtBearing, 0, 0, "45", "10", "", ""},
-      {kPtXY, 0, 0, "10", "10", "", ""},
-      {kPtBearing | kPtReference, kMarkCompass, 10, "90", "5", "", ""},
-      {kPtGps, 0, 0, "", "", "150.6", "-33.4"},
-  };
-  for (int i = 0; i < 12; ++i) {
-    SCOPED_TRACE(i);
-    const Point& point = survey.Points[i];
-    EXPECT_EQ(point.PtNumber, i + 1);
-    EXPECT_EQ(point.PtFlags, points[i].flags);
-    EXPECT_EQ(point.PtMarks, points[i].marks);
-    EXPECT_EQ(point.PtRef, points[i].ref);
-    EXPECT_EQ(point.PtTarget, 0);
-    EXPECT_EQ(point.InXA, points[i].xa);
-    EXPECT_EQ(point.InYL, points[i].yl);
-    EXPECT_EQ(point.InGPSLong, points[i].longitude);
-    EXPECT_EQ(point.InGPSLat, points[i].latitude);
-  }
+  expected.UserComments = {"// Surveyed by J. Smith"};
+  expected.Datasets[1].DatasetType |= kDatasetHasDummy;
+  const char* tags[] = {"Front field", "Split", "Road", "Sheds"};
+  for (int d = 0; d < 4; ++d) expected.Datasets[d].DatasetTag = tags[d];
+  ExpectSameEnteredSurvey(expected, survey);
 }
 
 struct FaultRow {
