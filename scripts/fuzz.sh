@@ -20,6 +20,13 @@ export ASAN_OPTIONS=detect_leaks=1
 # The target saves files (with fsync) on every input: keep them in memory when possible.
 [ -d /dev/shm ] && [ -w /dev/shm ] && export TMPDIR=${TMPDIR:-/dev/shm}
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+status=0
 "$build"/fuzz/plotmeter_fuzz -dict=fuzz/datafile.dict -max_total_time="$seconds" \
   -timeout=1 -rss_limit_mb=2048 -max_len=8192 -print_final_stats=1 \
-  -artifact_prefix="$findings"/ "$@" "$corpus"
+  -artifact_prefix="$findings"/ "$@" "$corpus" || status=$?
+if [ "$status" -ne 0 ]; then
+  echo "The fuzzer found a fault; its input:" >&2
+  ls -l "$findings" >&2
+  echo "Fix it, then keep the input as tests/data/fuzz-regressions/<the fault it pins>." >&2
+fi
+exit "$status"
