@@ -16,8 +16,8 @@ namespace {
 
 const std::filesystem::path& WorkFolder() {
   static const std::filesystem::path folder = [] {
-    auto path = std::filesystem::temp_directory_path() /
-                ("plotmeter-fuzz-" + std::to_string(getpid()));
+    auto path =
+        std::filesystem::temp_directory_path() / ("plotmeter-fuzz-" + std::to_string(getpid()));
     std::filesystem::create_directories(path);
     return path;
   }();

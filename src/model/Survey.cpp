@@ -15,12 +15,23 @@ bool IsUnit(int unit) { return unit >= 0 && unit < kUnitCount; }
 
 std::uint8_t DatasetTypeFromLetter(char letter) {
   switch (letter) {
-    case 'M': case 'm': return kTypeM;
-    case 'N': case 'n': return kTypeN;
-    case 'S': case 's': return kTypeS;
-    case 'L': case 'l': return kTypeL;
-    case 'P': case 'p': return kTypeP;
-    default: return 0;
+    case 'M':
+    case 'm':
+      return kTypeM;
+    case 'N':
+    case 'n':
+      return kTypeN;
+    case 'S':
+    case 's':
+      return kTypeS;
+    case 'L':
+    case 'l':
+      return kTypeL;
+    case 'P':
+    case 'p':
+      return kTypeP;
+    default:
+      return 0;
   }
 }
 
@@ -36,19 +47,27 @@ std::string_view UnitName(int unit) { return IsUnit(unit) ? kUnitNames[unit] : "
 
 std::string_view SubUnitName(int unit) {
   switch (unit) {
-    case kUnitFeet: return "Inches";
-    case kUnitMiles: return "Yards";
-    case kUnitChains: return "Links";
-    default: return "";
+    case kUnitFeet:
+      return "Inches";
+    case kUnitMiles:
+      return "Yards";
+    case kUnitChains:
+      return "Links";
+    default:
+      return "";
   }
 }
 
 int SubUnitsPerUnit(int unit) {
   switch (unit) {
-    case kUnitFeet: return 12;
-    case kUnitMiles: return 1760;
-    case kUnitChains: return 100;
-    default: return 0;
+    case kUnitFeet:
+      return 12;
+    case kUnitMiles:
+      return 1760;
+    case kUnitChains:
+      return 100;
+    default:
+      return 0;
   }
 }
 

@@ -81,7 +81,7 @@ inline constexpr std::uint8_t kValueOver60 = 4;      // minutes or seconds of 60
 inline constexpr std::uint8_t kValueNotNumber = 16;  // text that is not a number
 
 // `WriterOptions` bits.
-inline constexpr std::uint8_t kWriteInProgress = 1;    // text forms wanted: a write is under way
+inline constexpr std::uint8_t kWriteInProgress = 1;  // text forms wanted: a write is under way
 inline constexpr std::uint8_t kWriteBearingMinutes = 2;
 inline constexpr std::uint8_t kWriteBearingDecimal = 4;
 inline constexpr std::uint8_t kWriteGpsMinutes = 8;

@@ -44,19 +44,19 @@ struct ColumnFormat {
 };
 
 constexpr std::array<ColumnFormat, kColumnCount> kColumns = {{{"I/P-X(B)", 10},
-                                                            {"I/P-Y(L)", 10},
-                                                            {"I/P-Long", 15},
-                                                            {"I/P-Lat", 15},
-                                                            {"X", 9},
-                                                            {"Y", 9},
-                                                            {"Bearing", 10},
-                                                            {"Bearg Mag", 10},
-                                                            {"Length", 9},
-                                                            {"GPS-Long", 15},
-                                                            {"GPS-Lat", 15},
-                                                            {"Alt-Long", 15},
-                                                            {"Alt-Lat", 15},
-                                                            {"Delta", 9}}};
+                                                              {"I/P-Y(L)", 10},
+                                                              {"I/P-Long", 15},
+                                                              {"I/P-Lat", 15},
+                                                              {"X", 9},
+                                                              {"Y", 9},
+                                                              {"Bearing", 10},
+                                                              {"Bearg Mag", 10},
+                                                              {"Length", 9},
+                                                              {"GPS-Long", 15},
+                                                              {"GPS-Lat", 15},
+                                                              {"Alt-Long", 15},
+                                                              {"Alt-Lat", 15},
+                                                              {"Delta", 9}}};
 
 // Number, type, reference and target: "@@@", the type field of five, "@@@", " @@@".
 constexpr std::string_view kPointHeading = "Pt# Typ Ref Tgt";

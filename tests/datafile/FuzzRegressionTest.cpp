@@ -13,9 +13,9 @@ namespace plotmeter::testing {
 namespace {
 
 TEST(FuzzRegressionTest, KeptFindingsSeedsAndExamplesGoThroughEverythingCleanly) {
-  const std::array<std::filesystem::path, 3> folders = {
-      PLOTMETER_TEST_DATA_DIR "/fuzz-regressions", PLOTMETER_FUZZ_SEEDS_DIR,
-      PLOTMETER_EXAMPLES_DIR};
+  const std::array<std::filesystem::path, 3> folders = {PLOTMETER_TEST_DATA_DIR "/fuzz-regressions",
+                                                        PLOTMETER_FUZZ_SEEDS_DIR,
+                                                        PLOTMETER_EXAMPLES_DIR};
   const auto work = std::filesystem::temp_directory_path() / "plotmeter-fuzz-regressions";
   std::filesystem::create_directories(work);
   int files = 0;

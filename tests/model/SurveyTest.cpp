@@ -1,6 +1,6 @@
-#include "model/Survey.h"
-
 #include <gtest/gtest.h>
+
+#include "model/Survey.h"
 
 namespace plotmeter {
 namespace {
