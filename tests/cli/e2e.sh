@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# End-to-end runs of the built plotmeter-cli: one case a call, checking standard output,
+# End-to-end runs of the built plotmeter-cli, one case a call (examples, streams, list,
+# save, question), checking standard output,
 # the message blocks on standard error and the exit status.
 #   e2e.sh PLOTMETER_CLI EXAMPLES_DIR CASE
 set -uo pipefail
@@ -68,6 +69,52 @@ case "$case_name" in
     expect_status 2
     expect_no_out
     expect_err '^Usage: plotmeter-cli COMMAND FILE \[options\]$'
+    ;;
+  list)
+    # The listing from the file, then from the processed survey; a refused file still lists.
+    run list "$examples"/farm.csv
+    expect_status 0
+    [ "$(head -1 "$work/out")" = "Unit of Measure: Meters" ] || fail "first line: $out"
+    expect_out "^\[M\] Dataset as Main \(Perimeter\) for 'Home paddocks'$"
+    expect_out '^  3 B           \|     14°30.      268\.4$'
+    expect_no_err
+    run list "$examples"/farm.csv --processed --show xy
+    expect_status 0
+    expect_out '^  2 XJ          \|     412\.5       0\.0$'
+    printf '44,#0093,1,0,0,58\nH,M\n1,X,,,0,0\n' >"$work/other.csv"
+    run list "$work/other.csv"
+    expect_status 1
+    expect_out '^Aborted - Bad File$'
+    expect_err '^\[File Read Abort\]$'
+    ;;
+  save)
+    # A saved survey loads again with the same area; a folder that is not there is refused.
+    run save "$examples"/farm.csv "$work/saved.csv"
+    expect_status 0
+    expect_no_out
+    expect_no_err
+    run area "$examples"/farm.csv
+    loaded_area=$out
+    run area "$work/saved.csv"
+    expect_status 0
+    [ "$out" = "$loaded_area" ] || fail "saved area '$out', loaded '$loaded_area'"
+    run save "$examples"/farm.csv "$work/missing/saved.csv"
+    expect_status 1
+    expect_err '^\[Write File Abort\]$'
+    ;;
+  question)
+    # GPS-only points before the link point: the question is answered No, or Yes with --yes.
+    printf '%s\n' '44,#0092,1,0,0,58' 'H,M' '1,G,,,,,148.5 E,35.3 S' '2,G,,,,,148.501 E,35.3 S' \
+      '3,XL,,,0,0,148.501 E,35.301 S' '4,G,,,,,148.5 E,35.301 S' >"$work/gps.csv"
+    run check "$work/gps.csv"
+    expect_status 1
+    expect_no_out
+    expect_err '^\[GPS Link issue\]$'
+    expect_err '^> No$'
+    run area "$work/gps.csv" --yes
+    expect_status 0
+    expect_out '^Area \(GPS\): '
+    expect_err '^> Yes$'
     ;;
   *)
     fail "unknown case $case_name"
