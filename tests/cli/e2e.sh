@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # End-to-end runs of the built plotmeter-cli, one case a call (examples, streams, list,
-# save, question), checking standard output,
-# the message blocks on standard error and the exit status.
+# save, question), checking standard output, the message blocks on standard error and the
+# exit status.
 #   e2e.sh PLOTMETER_CLI EXAMPLES_DIR CASE
 set -uo pipefail
 
