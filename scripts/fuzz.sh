@@ -17,8 +17,13 @@ mkdir -p "$corpus" "$findings"
 cp examples/*.csv tests/data/*.csv fuzz/seeds/*.csv "$corpus"/
 find tests/data/fuzz-regressions -type f ! -name README -exec cp {} "$corpus"/ \;
 export ASAN_OPTIONS=detect_leaks=1
-# The target saves files (with fsync) on every input: keep them in memory when possible.
-[ -d /dev/shm ] && [ -w /dev/shm ] && export TMPDIR=${TMPDIR:-/dev/shm}
+# The target saves files (with fsync) on every input: keep them in memory when possible,
+# in a folder of this run's own that goes with it.
+memory=/tmp
+[ -d /dev/shm ] && [ -w /dev/shm ] && memory=/dev/shm
+TMPDIR=$(mktemp -d "$memory/plotmeter-fuzz.XXXXXX")
+export TMPDIR
+trap 'rm -rf "$TMPDIR"' EXIT
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 status=0
 "$build"/fuzz/plotmeter_fuzz -dict=fuzz/datafile.dict -max_total_time="$seconds" \
