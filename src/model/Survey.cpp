@@ -83,8 +83,10 @@ int Survey::FindDataset(std::uint8_t kind) const {
 }
 
 void ClearSurvey(Survey& survey) {
-  survey.Datasets.clear();
-  survey.Points.clear();
+  // Assigned afresh rather than cleared: a survey emptied after a huge file, refused or
+  // replaced, gives its memory back.
+  survey.Datasets = {};
+  survey.Points = {};
   survey.JoinPointCount = 0;
   survey.UnitOfMeasure = kUnitNotSpecified;
   survey.FileFlags = 0;
