@@ -70,7 +70,7 @@ std::string ProcessFile(const std::string& text, PlotScene& scene) {
   if (!CheckLoadedData(survey, read, dialogs)) return dialogs.lastText;
   state.DataState = kDataPresent;
   if (!ResolvePoints(survey, state, kFirstPass, dialogs)) return dialogs.lastText;
-  RunProcessing(survey, state, display, scene, dialogs);
+  ReportProcessing(RunProcessing(survey, state, display, scene), survey, dialogs);
   benchmark::DoNotOptimize(state.SegmentAreas);
   return dialogs.lastText;
 }

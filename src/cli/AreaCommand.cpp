@@ -71,7 +71,7 @@ int RunArea(const AreaOptions& options, std::ostream& out, std::ostream& err) {
                     PlotmeterLogic logic;
                     const LoadOutcome outcome = logic.Load(file, dialogs);
                     // A refused file, or a failure box, leaves nothing to show.
-                    if (!outcome.loaded || outcome.processing.failed) return kStatusFailed;
+                    if (!outcome.loaded || outcome.processing.failed()) return kStatusFailed;
                     if (options.unit != logic.display().AreaUnitCmb.index)
                       logic.SetAreaUnit(options.unit);
                     if (options.segment != logic.display().AreaSgmtCmb.index) {

@@ -10,8 +10,8 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
                     PlotmeterLogic logic;
                     // A refused file leaves nothing to write; its box has said why.
                     if (!logic.Load(file, dialogs).loaded) return kStatusFailed;
-                    logic.survey().WriterOptions = static_cast<std::uint8_t>(options.writerOptions);
-                    return logic.Save(options.out, dialogs) ? kStatusOk : kStatusFailed;
+                    logic.SetWriterOptions(static_cast<std::uint8_t>(options.writerOptions));
+                    return logic.SaveTo(options.out, dialogs) ? kStatusOk : kStatusFailed;
                   });
 }
 

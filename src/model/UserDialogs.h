@@ -28,6 +28,9 @@ struct FileDialogRequest {
   std::string title;
   bool keepName = false;
   std::string initialName;
+  // Added by the dialog to a name typed without an extension; unlike `extension` it
+  // refuses no other.
+  std::string defaultSuffix;
 };
 
 struct FileChoice {

@@ -31,17 +31,45 @@ struct LabelState {
 
 inline constexpr int kDefaultAreaUnit = 1;  // "Hectares"
 
+inline constexpr const char* kNoFile = "< No File >";
+inline constexpr const char* kClickOnAPoint = "Click on a Point";
+
+// Indexes of the `OptnsCkB` boxes; box i owns display option bit 2 to the power i.
+inline constexpr int kOptionSubDivision = 0;
+inline constexpr int kOptionLines = 1;
+inline constexpr int kOptionPoints = 2;
+inline constexpr int kOptionAlternateGps = 3;
+inline constexpr int kOptionCount = 4;
+
+// Indexes of the `DataBtn` and `EditPtBtn` buttons.
+inline constexpr int kLoadButton = 0;
+inline constexpr int kSaveButton = 1;
+inline constexpr int kSaveAsButton = 2;
+inline constexpr int kCreateNewButton = 3;
+inline constexpr int kModifyButton = 0;
+inline constexpr int kAddButton = 1;
+inline constexpr int kDeleteButton = 2;
+inline constexpr int kUndoButton = 3;
+
+struct CheckBoxState {
+  bool ticked = true;
+  bool enabled = true;
+};
+
 struct MainDisplay {
   AreaValueLabel AreaValLbl;
   std::string AreaHdrLbl = "Area";
   ComboState AreaSgmtCmb{.visible = false};
   ComboState AreaUnitCmb{.visible = true, .index = kDefaultAreaUnit};
   LabelState AreaUnitLbl{.text = "Sq. 'Not specified' Units", .visible = false};
-  std::string ScaleLbl;
-  std::array<bool, 2> LotLblVisible{};
-  bool TagDSLblVisible = false;
   bool MagDecHdrLblEnabled = false;
   std::string MagDecLbl;
+  std::string DatSrcLbl = kNoFile;  // the current file's name
+  std::string TagFileLbl;           // the survey's file tag
+  std::string EditSubLbl = kClickOnAPoint;
+  std::array<CheckBoxState, kOptionCount> OptnsCkB{};
+  std::array<bool, 4> DataBtnEnabled{true, false, true, true};
+  std::array<bool, 4> EditPtBtnEnabled{};
   std::uint8_t DisplayOptions = 15;
 
   // The eight area units in `AreaUnitCmb`, "Hectares" chosen.

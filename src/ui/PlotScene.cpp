@@ -156,7 +156,7 @@ class SceneBuilder {
     ScreenXY at = OnScreen(scene_, static_cast<float>((own.minX + own.maxX) / 2),
                            static_cast<float>((own.minY + own.maxY) / 2));
     std::string tag = Trimmed(survey_.Datasets[d].DatasetTag);
-    scene_.LotLbl = {tag.empty() ? "Sub-division" : tag, at.x, at.y, true};
+    scene_.LotLbl = {tag.empty() ? "Sub-division" : tag, at.x, at.y, LabelAnchor::kCentre, true};
   }
 
  private:

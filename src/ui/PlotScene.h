@@ -56,9 +56,14 @@ struct SceneLine {
   int endsAt = -1;
 };
 
+// Where a label's point (x, y) sits on its text: the sub-division label is centred on
+// its point; the tag label hangs from its top left or top right corner.
+enum class LabelAnchor { kCentre, kTopLeft, kTopRight };
+
 struct SceneLabel {
   std::string text;
   float x = 0, y = 0;
+  LabelAnchor anchor = LabelAnchor::kCentre;
   bool visible = false;
 };
 
@@ -68,9 +73,14 @@ struct ScreenPoint {
   bool drawn = false;
 };
 
+// The side of the square drawing area in display units: wide enough that a tag label
+// fits beside a point on one side or the other, small enough that a marker of 30 units
+// reads as a marker on screen.
+inline constexpr float kDrawingAreaSize = 4200;
+
 struct PlotScene {
   // The square drawing area `DisplaySh`, the free margin and the marker size.
-  float left = 0, top = 0, width = 7200, height = 7200;
+  float left = 0, top = 0, width = kDrawingAreaSize, height = kDrawingAreaSize;
   float margin = 100;
   float markerSize = 30;
 

@@ -1,99 +1,141 @@
 #include "ui/PlotmeterLogic.h"
 
-#include <filesystem>
-
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
 #include "geometry/Area.h"
 #include "geometry/PartOutlines.h"
 #include "geometry/ResolvePoints.h"
-#include "ui/Processing.h"
 
 namespace plotmeter {
 
 namespace {
 
-constexpr std::string_view kFailureTitle = "Processing Failed";
-constexpr std::string_view kBadPerimeterTitle = "Bad Perimeter Data";
-constexpr std::string_view kResequencedNote = "Note some Intermediate points were resequenced";
-
-// Passes every box on and keeps what the processing run told the user: the run itself
-// has no result of its own.
-class OutcomeDialogs : public UserDialogs {
- public:
-  explicit OutcomeDialogs(UserDialogs& dialogs) : dialogs_(dialogs) {}
-
-  Button Show(const MessageBox& box) override {
-    if (box.title == kBadPerimeterTitle) {
-      outcome.badPerimeter = true;
-    } else if (box.title == kFailureTitle) {
-      if (box.text.starts_with(kResequencedNote)) {
-        outcome.resequenced = true;
-      } else {
-        outcome.failed = true;
-      }
-    }
-    return dialogs_.Show(box);
-  }
-  void Beep() override { dialogs_.Beep(); }
-  FileChoice SelectFile(const FileDialogRequest& request) override {
-    return dialogs_.SelectFile(request);
-  }
-
-  ProcessingOutcome outcome;
-
- private:
-  UserDialogs& dialogs_;
-};
+constexpr const char* kFileTitleLoad = "Select File to Load";
+constexpr const char* kFileTitleSave = "Set File to Save data";
 
 std::uint8_t OptionBit(int index) { return static_cast<std::uint8_t>(1u << index); }
 
 bool IsOption(int index) { return index >= 0 && index < kOptionCount; }
 
-std::string FileNamePart(const std::string& path) {
-  return std::filesystem::path(path).filename().string();
-}
-
 }  // namespace
 
 PlotmeterLogic::PlotmeterLogic() { display_.DisplayOptions = kDefaultDisplayOptions; }
 
-LoadOutcome PlotmeterLogic::Load(const std::string& path, UserDialogs& dialogs) {
+LoadOutcome PlotmeterLogic::CommandLoad(UserDialogs& dialogs) {
+  SelectedFile file = SelectFile(
+      dialogs, {.mode = kSelectOpen, .filter = kDataFileFilter, .title = kFileTitleLoad});
+  if (file.code == kFileCancelled) return {};
+  if (file.code != kFileUsable) {
+    display_.DatSrcLbl = kNoFile;
+    ReportNameFault(dialogs, file);
+    return {};
+  }
+  return Load(file.path, dialogs);
+}
+
+bool PlotmeterLogic::CommandSave(UserDialogs& dialogs) {
+  if (!FileExists(survey_.CurrentFileName)) return CommandSaveAs(dialogs);
+  if (!WriteDataFile(survey_, survey_.CurrentFileName, dialogs)) return false;
+  edit_.Changes &= static_cast<std::uint8_t>(~kDataChangedMarks);
+  return true;
+}
+
+bool PlotmeterLogic::CommandSaveAs(UserDialogs& dialogs) {
+  SelectedFile file = SelectFile(dialogs, {.mode = kSelectSave,
+                                           .filter = kDataFileFilter,
+                                           .title = kFileTitleSave,
+                                           .defaultSuffix = "csv"});
+  if (file.code == kFileCancelled) return false;
+  if (file.code != kFileUsable) {
+    display_.DatSrcLbl = kNoFile;
+    ReportNameFault(dialogs, file);
+    return false;
+  }
+  if (FileExists(file.path)) {
+    Button answer = Alert(dialogs, {.title = "File action",
+                                    .text = "Overwrite the existing file ?",
+                                    .icon = Icon::Question,
+                                    .buttons = Buttons::YesNo,
+                                    .defaultButton = Button::No});
+    if (answer != Button::Yes) return false;
+  }
+  return SaveTo(file.path, dialogs);
+}
+
+void PlotmeterLogic::CommandCreateNew() {
+  edit_ = EditState{.Dialog = kNewDataMode};
   state_ = ProcessingState{};
+  CreateNewSurvey(survey_);
+  scene_.Clear();
+  display_.AreaValLbl = {};
+  display_.AreaSgmtCmb.visible = false;
+  display_.DatSrcLbl = kNoFile;
+  display_.TagFileLbl.clear();
+  display_.DataBtnEnabled[kSaveButton] = true;
+  display_.DataBtnEnabled[kSaveAsButton] = true;
+  ClearSelection();
+}
+
+bool PlotmeterLogic::CommandExit(UserDialogs& dialogs) {
+  if (!edit_.Unsaved()) return true;
+  return dialogs.Show({.title = "Exit",
+                       .text = "Unsaved data exists, exit anyway ?",
+                       .icon = Icon::Question,
+                       .buttons = Buttons::OkCancel,
+                       .defaultButton = Button::Cancel}) == Button::Ok;
+}
+
+LoadOutcome PlotmeterLogic::Load(const std::string& path, UserDialogs& dialogs) {
+  edit_ = EditState{};
+  state_ = ProcessingState{};
+  ClearSelection();
   SetOptionAvailable(kOptionLines, false);
   SetOptionAvailable(kOptionPoints, false);
-  datSrcLbl_ = FileNamePart(path);
+  ShowFile(path);
 
   LoadOutcome outcome;
   const ReadResult read = ReadDataFile(survey_, path);
-  if (!CheckLoadedData(survey_, read, dialogs)) return outcome;
-  if (!ResolvePoints(survey_, state_, kFirstPass, dialogs)) {
+  bool resolved = CheckLoadedData(survey_, read, dialogs) &&
+                  ResolvePoints(survey_, state_, kFirstPass, dialogs);
+  if (!resolved) {
     ResetLoadedFile(survey_);
+    scene_.Clear();
+    display_.AreaValLbl = {};
+    display_.AreaSgmtCmb.visible = false;
+    display_.TagFileLbl.clear();
+    display_.DataBtnEnabled[kSaveButton] = display_.DataBtnEnabled[kSaveAsButton] = false;
     return outcome;
   }
   outcome.loaded = true;
   state_.DataState |= kDataPresent;
+  edit_.File |= kFileCurrent;
+  display_.TagFileLbl = survey_.FileTag;
+  display_.DataBtnEnabled[kSaveButton] = display_.DataBtnEnabled[kSaveAsButton] = true;
   MakeOptionsAvailableByData();
   outcome.processing = Reprocess(dialogs);
   return outcome;
 }
 
-bool PlotmeterLogic::Save(const std::string& path, UserDialogs& dialogs) {
+bool PlotmeterLogic::SaveTo(const std::string& path, UserDialogs& dialogs) {
   if (!WriteDataFile(survey_, path, dialogs)) return false;
+  edit_.Changes &= kSaveAsClearedMarks;
+  edit_.File |= kFileCurrent;
   survey_.CurrentFileName = path;
-  datSrcLbl_ = FileNamePart(path);
+  ShowFile(path);
   return true;
 }
 
 ProcessingOutcome PlotmeterLogic::Reprocess(UserDialogs& dialogs) {
-  OutcomeDialogs observed(dialogs);
-  RunProcessing(survey_, state_, display_, scene_, observed);
-  return observed.outcome;
+  ProcessingOutcome outcome = RunProcessing(survey_, state_, display_, scene_);
+  ReportProcessing(outcome, survey_, dialogs);
+  if (state_.SelectedPoint < 0) ClearSelection();
+  return outcome;
 }
 
 bool PlotmeterLogic::SetAreaUnit(int index) {
   if (index < 0 || index >= kAreaUnitCount) return false;
   display_.AreaUnitCmb.index = index;
+  edit_.Changes |= kDisplayChanged;
   const bool areaShown = (state_.ProcessState & kAreaComputed) && !state_.BadPerimeter &&
                          FindMainPerimeter(survey_) >= 0;
   if (areaShown) {
@@ -113,19 +155,21 @@ bool PlotmeterLogic::SetSegment(int index) {
 
 ProcessingOutcome PlotmeterLogic::ClickOption(int index, bool ticked, UserDialogs& dialogs) {
   if (!IsOption(index)) return {};
-  ticked_[index] = ticked;
-  if (ticked && enabled_[index]) {
+  display_.OptnsCkB[index].ticked = ticked;
+  if (ticked && display_.OptnsCkB[index].enabled) {
     display_.DisplayOptions |= OptionBit(index);
   } else {
     display_.DisplayOptions &= static_cast<std::uint8_t>(~OptionBit(index));
   }
+  edit_.Changes |= kDisplayChanged;
   return Reprocess(dialogs);
 }
 
 void PlotmeterLogic::SetOptionAvailable(int index, bool available) {
   if (!IsOption(index)) return;
-  enabled_[index] = available;
-  if (!ticked_[index]) return;
+  CheckBoxState& box = display_.OptnsCkB[index];
+  box.enabled = available;
+  if (!box.ticked) return;
   if (available) {
     display_.DisplayOptions |= OptionBit(index);
   } else {
@@ -133,9 +177,45 @@ void PlotmeterLogic::SetOptionAvailable(int index, bool available) {
   }
 }
 
+void PlotmeterLogic::ClickDrawing(MouseButton button, float x, float y) {
+  if (!InsideDrawingArea(scene_, x, y) || scene_.markers.empty()) return;
+  const int previous = state_.SelectedPoint;
+  state_.ResetSelection();
+  const PointHit hit = NearestDrawnPoint(survey_, scene_, display_.DisplayOptions, x, y);
+  if (previous >= 0) ResizeMarker(scene_, previous, scene_.markerSize);
+  display_.EditSubLbl = kClickOnAPoint;
+  if (hit.point >= 0) {
+    state_.SelectedDataset = hit.dataset;
+    if (button == MouseButton::kLeft) {
+      state_.SelectedPoint = hit.point;
+      display_.EditSubLbl = "Point " + std::to_string(hit.point + 1) + " selected";
+      ResizeMarker(scene_, hit.point, 4 * scene_.markerSize);
+    } else if (button == MouseButton::kRight) {
+      scene_.TagDSLbl =
+          TagLabel(scene_, scene_.screen[hit.point], survey_.Datasets[hit.dataset - 1].DatasetTag);
+    }
+  }
+  EnableEditButtons();
+}
+
 void PlotmeterLogic::MakeOptionsAvailableByData() {
   SetOptionAvailable(kOptionLines, survey_.FindDataset(kDatasetLine) >= 0);
   SetOptionAvailable(kOptionPoints, survey_.FindDataset(kDatasetPoints) >= 0);
+}
+
+void PlotmeterLogic::ShowFile(const std::string& path) { display_.DatSrcLbl = PathFileName(path); }
+
+void PlotmeterLogic::ClearSelection() {
+  state_.ResetSelection();
+  display_.EditSubLbl = kClickOnAPoint;
+  EnableEditButtons();
+}
+
+void PlotmeterLogic::EnableEditButtons() {
+  const bool selected = state_.SelectedPoint >= 0;
+  display_.EditPtBtnEnabled[kModifyButton] = selected;
+  display_.EditPtBtnEnabled[kAddButton] = selected;
+  display_.EditPtBtnEnabled[kDeleteButton] = selected;
 }
 
 std::string PlotmeterLogic::AreaUnitText() const {

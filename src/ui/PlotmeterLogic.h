@@ -1,7 +1,8 @@
 // The main window `Plotmeter` without a toolkit: it owns the one survey, the processing
-// state, what the window shows around the drawing and the drawing itself, and does what
-// the window's file commands, option boxes and area lists do. The desktop window and
-// plotmeter-cli both drive it.
+// and edit state, what the window shows around the drawing and the drawing itself, and
+// does what the window's file commands, option boxes, area lists and mouse clicks do.
+// The desktop window and plotmeter-cli both drive it; the survey and the state change
+// only through its operations.
 #pragma once
 
 #include <array>
@@ -10,26 +11,14 @@
 #include "geometry/ProcessingState.h"
 #include "model/Survey.h"
 #include "model/UserDialogs.h"
+#include "ui/EditState.h"
+#include "ui/FileCommands.h"
 #include "ui/MainDisplay.h"
 #include "ui/PlotScene.h"
+#include "ui/PointSelection.h"
+#include "ui/Processing.h"
 
 namespace plotmeter {
-
-// Indexes of the `OptnsCkB` boxes; box i owns display option bit 2 to the power i.
-inline constexpr int kOptionSubDivision = 0;
-inline constexpr int kOptionLines = 1;
-inline constexpr int kOptionPoints = 2;
-inline constexpr int kOptionAlternateGps = 3;
-inline constexpr int kOptionCount = 4;
-
-inline constexpr const char* kNoFile = "< No File >";
-
-// How a processing run ended, as its message boxes told the user.
-struct ProcessingOutcome {
-  bool failed = false;        // a "Processing Failed" failure box
-  bool badPerimeter = false;  // the "Bad Perimeter Data" box: no area
-  bool resequenced = false;   // the resequencing note alone, which is no failure
-};
 
 struct LoadOutcome {
   // The file was read, checked and resolved: the survey holds it. False when it was
@@ -38,29 +27,36 @@ struct LoadOutcome {
   ProcessingOutcome processing;
 
   // Loaded and processed to the end without a failure box.
-  bool Succeeded() const { return loaded && !processing.failed && !processing.badPerimeter; }
+  bool Succeeded() const { return loaded && !processing.failed() && !processing.badPerimeter(); }
 };
 
 class PlotmeterLogic {
  public:
   PlotmeterLogic();
 
-  Survey& survey() { return survey_; }
   const Survey& survey() const { return survey_; }
-  ProcessingState& state() { return state_; }
   const ProcessingState& state() const { return state_; }
+  const EditState& edit() const { return edit_; }
   const MainDisplay& display() const { return display_; }
   const PlotScene& scene() const { return scene_; }
 
-  // "Load" once a usable file name has been chosen: the processing state is cleared, the
-  // file read and checked, its points resolved (a failed resolution rejects the file),
-  // the "Show Lines" and "Show Points" boxes made available by the data, and processing
-  // run.
-  LoadOutcome Load(const std::string& path, UserDialogs& dialogs);
+  // The file buttons and "Exit". Each asks for what it needs through `dialogs`;
+  // cancelling a dialog changes nothing.
+  LoadOutcome CommandLoad(UserDialogs& dialogs);
+  bool CommandSave(UserDialogs& dialogs);
+  bool CommandSaveAs(UserDialogs& dialogs);
+  void CommandCreateNew();
+  // True when the program may end: nothing is unsaved, or the user said so.
+  bool CommandExit(UserDialogs& dialogs);
 
-  // "Save As" once the name is settled: writes the survey and, when written, takes the
-  // name as the current file.
-  bool Save(const std::string& path, UserDialogs& dialogs);
+  // "Load" once a usable file name has been chosen (also a file named on the command
+  // line or dropped on the window): the file read and checked, its points resolved (a
+  // failed resolution rejects the file), the "Show Lines" and "Show Points" boxes made
+  // available by the data, and processing run.
+  LoadOutcome Load(const std::string& path, UserDialogs& dialogs);
+  // Writes the survey to `path` and, when written, takes it as the current file.
+  bool SaveTo(const std::string& path, UserDialogs& dialogs);
+  void SetWriterOptions(std::uint8_t options) { survey_.WriterOptions = options; }
 
   // Processing and drawing again, as after an accepted edit or an option click.
   ProcessingOutcome Reprocess(UserDialogs& dialogs);
@@ -78,10 +74,10 @@ class PlotmeterLogic {
   // available again, a ticked box sets its bit anew.
   void SetOptionAvailable(int index, bool available);
 
-  const std::array<bool, kOptionCount>& OptnsCkBTicked() const { return ticked_; }
-  const std::array<bool, kOptionCount>& OptnsCkBEnabled() const { return enabled_; }
-  // The file name part of the current file, or "< No File >".
-  const std::string& DatSrcLbl() const { return datSrcLbl_; }
+  // A mouse press at (x, y) in display units. Outside the drawing area, or with nothing
+  // drawn, nothing happens. A left click selects the nearest drawn point and enlarges its
+  // marker; a right click shows the tag of that point's dataset beside it.
+  void ClickDrawing(MouseButton button, float x, float y);
 
   // The unit text beside the area: the chosen list text, the "not specified" label, or
   // "" when neither is shown.
@@ -89,14 +85,15 @@ class PlotmeterLogic {
 
  private:
   void MakeOptionsAvailableByData();
+  void ShowFile(const std::string& path);
+  void ClearSelection();
+  void EnableEditButtons();
 
   Survey survey_;
   ProcessingState state_;
+  EditState edit_;
   MainDisplay display_;
   PlotScene scene_;
-  std::array<bool, kOptionCount> ticked_{true, true, true, true};
-  std::array<bool, kOptionCount> enabled_{true, true, true, true};
-  std::string datSrcLbl_ = kNoFile;
 };
 
 }  // namespace plotmeter

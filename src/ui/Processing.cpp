@@ -93,19 +93,9 @@ void ResetDisplay(ProcessingState& state, MainDisplay& display, PlotScene& scene
   display.AreaValLbl.text.clear();
   display.AreaHdrLbl = "Area";
   display.AreaSgmtCmb.visible = false;
-  display.LotLblVisible = {false, false};
-  display.TagDSLblVisible = false;
-  display.ScaleLbl.clear();
   scene.Clear();
   state.BadPerimeter = false;
   state.ProcessState &= static_cast<std::uint8_t>(~kAreaComputed);
-}
-
-// The labels that the drawing placed, shown by the window.
-void RefreshDisplay(const PlotScene& scene, MainDisplay& display) {
-  display.ScaleLbl = scene.ScaleLbl;
-  display.LotLblVisible = {scene.LotLbl.visible, false};
-  display.TagDSLblVisible = scene.TagDSLbl.visible;
 }
 
 void FillSegmentItems(const ProcessingState& state, MainDisplay& display) {
@@ -114,10 +104,24 @@ void FillSegmentItems(const ProcessingState& state, MainDisplay& display) {
   if (combo.index < 0 || combo.index >= static_cast<int>(combo.items.size())) combo.index = 0;
 }
 
-void FailureExit(const std::string& message, ProcessingState& state, UserDialogs& dialogs) {
-  Alert(dialogs, {.title = kFailureTitle, .text = message, .icon = Icon::Critical});
+ProcessingOutcome FailureExit(ProcessingFault fault, ProcessingState& state) {
   state.ErrorState &= kErrorExitMask;
   state.DisplayRequest &= static_cast<std::uint8_t>(~kRedrawPending);
+  return {.fault = fault};
+}
+
+std::string FaultMessage(ProcessingFault fault) {
+  switch (fault) {
+    case ProcessingFault::kNoData:
+      return "No data exists";
+    case ProcessingFault::kOverLimit:
+      return LimitMessage();
+    case ProcessingFault::kNotDisplayed:
+      return kNotDisplayed;
+    case ProcessingFault::kNone:
+      break;
+  }
+  return "";
 }
 
 // Draws, then shows the area as the drawing always does; false when nothing could be
@@ -138,44 +142,54 @@ std::vector<std::string> SegmentItems(const ProcessingState& state) {
   return {"Whole Plot", "Part 1", "Part 2"};
 }
 
-void RunProcessing(Survey& survey, ProcessingState& state, MainDisplay& display, PlotScene& scene,
-                   UserDialogs& dialogs) {
+ProcessingOutcome RunProcessing(Survey& survey, ProcessingState& state, MainDisplay& display,
+                                PlotScene& scene) {
   ResetSelectionOutOfView(survey, state, display);
   ResetDisplay(state, display, scene);
-  if (!(state.DataState & kDataPresent)) return FailureExit("No data exists", state, dialogs);
-  if (survey.PointCount() > kPointLimit) return FailureExit(LimitMessage(), state, dialogs);
+  if (!(state.DataState & kDataPresent)) return FailureExit(ProcessingFault::kNoData, state);
+  if (survey.PointCount() > kPointLimit) return FailureExit(ProcessingFault::kOverLimit, state);
 
+  ProcessingOutcome outcome;
   state.AreaState &= static_cast<std::uint8_t>(~(kAreaSegmentCount | kSegmentsSwapped));
   if (FindMainPerimeter(survey) >= 0) {
-    int code = CheckPerimeterCrossing(survey);
-    if (code != kCrossingNone) {
+    outcome.crossing = CheckPerimeterCrossing(survey);
+    if (outcome.crossing != kCrossingNone) {
       state.BadPerimeter = true;
       if (!Draw(survey, state, kModeBadPerimeter, display, scene)) {
-        return FailureExit(kNotDisplayed, state, dialogs);
+        return FailureExit(ProcessingFault::kNotDisplayed, state);
       }
-      RefreshDisplay(scene, display);
-      Alert(dialogs, {.title = kBadPerimeterTitle,
-                      .text = CrossingMessage(survey, code),
-                      .icon = Icon::Exclamation});
     } else {
       BuildPartOutlines(survey, state);
       ComputeArea(survey, state, display.AreaUnitCmb.index);
     }
   }
-  if (!state.BadPerimeter) {
-    if (!Draw(survey, state, display.DisplayOptions, display, scene)) {
-      return FailureExit(kNotDisplayed, state, dialogs);
-    }
-    RefreshDisplay(scene, display);
+  if (!state.BadPerimeter && !Draw(survey, state, display.DisplayOptions, display, scene)) {
+    return FailureExit(ProcessingFault::kNotDisplayed, state);
   }
-  // The note borrows the failure title and icon although processing succeeded, and the
-  // flag stays set, so it repeats on every run until new data is resolved.
-  if (state.ErrorState == kErrorResequenced) {
+  // The flag stays set, so the note repeats on every run until new data is resolved.
+  outcome.resequenced = state.ErrorState == kErrorResequenced;
+  state.DisplayRequest &= static_cast<std::uint8_t>(~kRedrawPending);
+  return outcome;
+}
+
+void ReportProcessing(const ProcessingOutcome& outcome, const Survey& survey,
+                      UserDialogs& dialogs) {
+  if (outcome.failed()) {
+    Alert(dialogs,
+          {.title = kFailureTitle, .text = FaultMessage(outcome.fault), .icon = Icon::Critical});
+    return;
+  }
+  if (outcome.badPerimeter()) {
+    Alert(dialogs, {.title = kBadPerimeterTitle,
+                    .text = CrossingMessage(survey, outcome.crossing),
+                    .icon = Icon::Exclamation});
+  }
+  // The note borrows the failure title and icon although processing succeeded.
+  if (outcome.resequenced) {
     Alert(dialogs, {.title = kFailureTitle,
                     .text = "Note some Intermediate points were resequenced for validity\n\n",
                     .icon = Icon::Critical});
   }
-  state.DisplayRequest &= static_cast<std::uint8_t>(~kRedrawPending);
 }
 
 }  // namespace plotmeter

@@ -39,7 +39,7 @@ void ClickEveryOption(PlotmeterLogic& logic, ScriptedDialogs& dialogs) {
 std::string SaveAndLoadAgain(PlotmeterLogic& logic, Button answer,
                              const std::filesystem::path& saved) {
   ScriptedDialogs dialogs = AnsweringAlways(answer);
-  if (!logic.Save(saved.string(), dialogs)) return "";
+  if (!logic.SaveTo(saved.string(), dialogs)) return "";
 
   PlotmeterLogic reloaded;
   ScriptedDialogs reloadDialogs = AnsweringAlways(answer);

@@ -17,7 +17,7 @@ using testing::PerimeterSurvey;
 using testing::XY;
 
 // The default drawing area: a square of 7200 with a margin of 100, so 7000 available.
-constexpr double kAvailable = 7000;
+constexpr double kAvailable = kDrawingAreaSize - 2 * 100;
 
 PlotScene Draw(const Survey& survey, std::uint8_t mode = kDefaultDisplayOptions,
                std::uint8_t options = kDefaultDisplayOptions,
@@ -81,7 +81,7 @@ TEST(PlotSceneTest, OnePointShowsOneUnitAcrossCentred) {
     EXPECT_DOUBLE_EQ(scene.scale, kAvailable);
     EXPECT_FLOAT_EQ(scene.screen[0].x, scene.width / 2);
     EXPECT_FLOAT_EQ(scene.screen[0].y, scene.height / 2);
-    EXPECT_EQ(scene.ScaleLbl, "Window Width / Height = 1.03 Units");
+    EXPECT_EQ(scene.ScaleLbl, "Window Width / Height = 1.05 Units");
   }
 }
 
@@ -104,7 +104,7 @@ class ScaleTextTest : public ::testing::TestWithParam<ScaleCase> {};
 
 TEST_P(ScaleTextTest, ShowsTheWindowWidth) {
   // A plot as wide as the available width shows, so the window holds `windowWidth`.
-  float range = static_cast<float>(GetParam().windowWidth * kAvailable / 7200);
+  float range = static_cast<float>(GetParam().windowWidth * kAvailable / kDrawingAreaSize);
   Survey survey = PerimeterSurvey({{0, 0}, {range, 0}, {range, range / 4}}, GetParam().unit);
   EXPECT_EQ(Draw(survey).ScaleLbl, GetParam().text);
 }
@@ -283,7 +283,7 @@ TEST(PlotSceneTest, SelectedPointIsEnlargedAndTheTagLabelHidden) {
   state.SelectedPoint = 2;
   state.SelectedDataset = 1;
   PlotScene scene;
-  scene.TagDSLbl = {"Main Road", 10, 10, true};
+  scene.TagDSLbl = {.text = "Main Road", .x = 10, .y = 10, .visible = true};
   ASSERT_TRUE(DrawPlot(PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}}), state, 15, 15, scene));
   EXPECT_FLOAT_EQ(MarkerOf(scene, 2)->size, 4 * scene.markerSize);
   EXPECT_FLOAT_EQ(MarkerOf(scene, 1)->size, scene.markerSize);

@@ -3,6 +3,7 @@
 // refused or remembered, the file label and a failed resolution.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ class PlotmeterLogicTest : public ::testing::Test {
   }
 
   const std::string& Area() const { return logic_.display().AreaValLbl.text; }
+  const CheckBoxState& Box(int index) const { return logic_.display().OptnsCkB[index]; }
 
   std::vector<std::string> Titles() const {
     std::vector<std::string> titles;
@@ -78,19 +80,19 @@ TEST_F(PlotmeterLogicTest, RefusedFileOrFailedResolutionLeavesNoSurvey) {
 
 TEST_F(PlotmeterLogicTest, LinesAndPointsOptionsFollowTheData) {
   Load(kSquare);
-  EXPECT_FALSE(logic_.OptnsCkBEnabled()[kOptionLines]);
-  EXPECT_FALSE(logic_.OptnsCkBEnabled()[kOptionPoints]);
-  EXPECT_TRUE(logic_.OptnsCkBTicked()[kOptionLines]);  // the ticks stay
+  EXPECT_FALSE(Box(kOptionLines).enabled);
+  EXPECT_FALSE(Box(kOptionPoints).enabled);
+  EXPECT_TRUE(Box(kOptionLines).ticked);  // the ticks stay
   EXPECT_EQ(logic_.display().DisplayOptions, kShowSubDivision | kShowAlternateGps);
 
   Load(std::string(kSquare) + "H,L,Road\n5,X,,,0,120\n6,X,,,100,120\n");
-  EXPECT_TRUE(logic_.OptnsCkBEnabled()[kOptionLines]);
-  EXPECT_FALSE(logic_.OptnsCkBEnabled()[kOptionPoints]);
+  EXPECT_TRUE(Box(kOptionLines).enabled);
+  EXPECT_FALSE(Box(kOptionPoints).enabled);
   EXPECT_EQ(logic_.display().DisplayOptions, kShowSubDivision | kShowLines | kShowAlternateGps);
 
   Load(std::string(kSquare) + "H,P,Shed\n5,X,,,50,50\n");
-  EXPECT_FALSE(logic_.OptnsCkBEnabled()[kOptionLines]);
-  EXPECT_TRUE(logic_.OptnsCkBEnabled()[kOptionPoints]);
+  EXPECT_FALSE(Box(kOptionLines).enabled);
+  EXPECT_TRUE(Box(kOptionPoints).enabled);
   EXPECT_EQ(logic_.display().DisplayOptions, kShowSubDivision | kShowPoints | kShowAlternateGps);
 }
 
@@ -106,21 +108,198 @@ TEST_F(PlotmeterLogicTest, UntickedUnavailableBoxStaysClearWhenMadeAvailable) {
 TEST_F(PlotmeterLogicTest, OptionClickRunsProcessingAgain) {
   Load(kSquare);
   const ProcessingOutcome outcome = logic_.ClickOption(kOptionSubDivision, false, dialogs_);
-  EXPECT_FALSE(outcome.failed);
+  EXPECT_FALSE(outcome.failed());
   EXPECT_EQ(logic_.display().DisplayOptions, kShowAlternateGps);
   EXPECT_EQ(Area(), "1.0");
 }
 
-TEST_F(PlotmeterLogicTest, FileLabelFollowsTheLoadsAndTheSaves) {
-  EXPECT_EQ(logic_.DatSrcLbl(), "< No File >");
+// The file commands: what each dialog answer leads to, the label of the current file and
+// the marks that the exit guard reads.
+struct FileCommandCase {
+  const char* name;
+  const char* chosen;  // file name in the test folder; "" cancels the dialog
+  bool exists;         // the chosen file is there before the command
+  Button answer;       // to the overwrite question
+  const char* datSrcLbl;
+  std::vector<std::string> titles;
+  bool written;
+};
+
+class SaveAsTest : public PlotmeterLogicTest,
+                   public ::testing::WithParamInterface<FileCommandCase> {};
+
+TEST_P(SaveAsTest, ChosenNameLeadsToItsOutcome) {
+  const FileCommandCase& c = GetParam();
   Load(kSquare);
-  EXPECT_EQ(logic_.DatSrcLbl(), "survey.csv");
+  logic_.ClickDrawing(MouseButton::kLeft, 0, 0);
+  const std::string target = folder_.Path(c.chosen);
+  if (c.exists) folder_.Write(c.chosen, "old");
+  if (*c.chosen) dialogs_.files.push_back({.cancelled = false, .path = target});
+  dialogs_.answers.push_back(c.answer);
+  EXPECT_EQ(logic_.CommandSaveAs(dialogs_), c.written);
+  EXPECT_EQ(Titles(), c.titles);
+  EXPECT_EQ(logic_.display().DatSrcLbl, c.datSrcLbl);
+  if (c.exists) {
+    EXPECT_EQ(folder_.Contents(target) == "old", !c.written);
+  }
+  ASSERT_EQ(dialogs_.fileRequests.size(), 1u);
+  EXPECT_EQ(dialogs_.fileRequests[0].title, "Set File to Save data");
+  EXPECT_EQ(dialogs_.fileRequests[0].filter, ".CSV|*.csv|All Files|*.*");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    FileCommands, SaveAsTest,
+    ::testing::Values(
+        FileCommandCase{"cancelled", "", false, Button::No, "survey.csv", {}, false},
+        FileCommandCase{"new", "new.csv", false, Button::No, "new.csv", {}, true},
+        FileCommandCase{
+            "overwriteNo", "old.csv", true, Button::No, "survey.csv", {"File action"}, false},
+        FileCommandCase{
+            "overwriteYes", "old.csv", true, Button::Yes, "old.csv", {"File action"}, true},
+        FileCommandCase{
+            "noStem", ".csv", false, Button::No, "< No File >", {"Data Function"}, false},
+        FileCommandCase{"noFolder",
+                        "gone/new.csv",
+                        false,
+                        Button::No,
+                        "< No File >",
+                        {"Data Function"},
+                        false}));
+
+TEST(FileNameTest, ChosenNamesGiveTheirCodes) {
+  struct Row {
+    int mode;
+    const char* extension;
+    FileChoice choice;
+    SelectedFile expected;
+  };
+  const Row rows[] = {
+      {kSelectOpen, "", {true, "/a/b.csv"}, {kFileCancelled, ""}},
+      {kSelectOpen, "", {false, ""}, {kFileCancelled, ""}},
+      {kSelectOpen, "", {false, "/a/.csv"}, {kFileNoStem, "/a/.csv"}},
+      {kSelectSave, " CSV ", {false, "/a/b.txt"}, {kFileBadExtension, "/a/b.txt"}},
+      {kSelectSave, "csv", {false, "/a/b.CSV"}, {kFileUsable, "/a/b.CSV"}},
+      {kSelectSave, "csv", {false, "/a/b"}, {kFileUsable, "/a/b.csv"}},
+      {kSelectSave, "csv", {false, "/a/b."}, {kFileUsable, "/a/b.csv"}},
+      {kSelectSave, "", {false, "/a/b"}, {kFileUsable, "/a/b"}},
+      {kSelectWholeFolder, "", {false, "/a/_whole directory_"}, {kFileUsable, "/a"}},
+  };
+  for (const Row& row : rows) {
+    SelectedFile file = CheckChosenName(row.mode, row.extension, row.choice);
+    EXPECT_EQ(file.code, row.expected.code) << row.choice.path;
+    EXPECT_EQ(file.path, row.expected.path) << row.choice.path;
+  }
+}
+
+TEST_F(PlotmeterLogicTest, NameFaultsAreReportedInTheirWords) {
+  for (const char* name : {".csv", "gone/x.csv"}) {
+    dialogs_.files.push_back({.cancelled = false, .path = folder_.Path(name)});
+    logic_.CommandLoad(dialogs_);
+  }
+  ASSERT_EQ(dialogs_.boxes.size(), 2u);
+  EXPECT_EQ(dialogs_.boxes[0].text, "Invalid filename stem\n\n" + folder_.Path(".csv"));
+  EXPECT_EQ(dialogs_.boxes[1].text,
+            "Unidendified processing error\n\n" + folder_.Path("gone/x.csv"));
+  EXPECT_EQ(dialogs_.boxes[1].icon, Icon::Critical);
+  EXPECT_EQ(dialogs_.beeps, 2);
+  EXPECT_EQ(dialogs_.fileRequests[0].title, "Select File to Load");
+}
+
+TEST_F(PlotmeterLogicTest, SaveWritesTheCurrentFileOrAsksForOne) {
+  Load(kSquare);
+  logic_.ClickOption(kOptionSubDivision, false, dialogs_);
+  const std::string current = logic_.survey().CurrentFileName;
+  EXPECT_TRUE(logic_.CommandSave(dialogs_));  // straight to the file, no dialog
+  EXPECT_TRUE(dialogs_.fileRequests.empty());
+  EXPECT_NE(folder_.Contents(current), kSquare);
+  EXPECT_TRUE(logic_.edit().Changes & kDisplayChanged);  // "Save" leaves the display mark
+
+  std::filesystem::remove(current);  // deleted since: "Save" becomes "Save As"
+  EXPECT_FALSE(logic_.CommandSave(dialogs_));
+  ASSERT_EQ(dialogs_.fileRequests.size(), 1u);
+  EXPECT_EQ(dialogs_.fileRequests[0].title, "Set File to Save data");
+}
+
+TEST_F(PlotmeterLogicTest, ExitAsksOnlyAboutUnsavedData) {
+  Load(kSquare);
+  logic_.ClickOption(kOptionSubDivision, false, dialogs_);
+  EXPECT_TRUE(logic_.CommandExit(dialogs_));  // a display change is no unsaved data
+  EXPECT_TRUE(dialogs_.boxes.empty());
+}
+
+TEST_F(PlotmeterLogicTest, CreateNewStartsAnEmptySurveyWithoutAFile) {
+  Load(kSquare);
+  logic_.CommandCreateNew();
+  EXPECT_EQ(logic_.survey().FieldSeparator, '\t');
+  EXPECT_EQ(logic_.survey().SubValueSeparator, ' ');
+  EXPECT_EQ(logic_.survey().DatasetCount(), 1);
+  EXPECT_EQ(logic_.survey().PointCount(), 0);
+  EXPECT_EQ(logic_.display().DatSrcLbl, "< No File >");
+  EXPECT_EQ(logic_.edit().Dialog, kNewDataMode);
+  EXPECT_FALSE(logic_.edit().Unsaved());
+  EXPECT_TRUE(logic_.scene().markers.empty());
+}
+
+// Clicks on a 100 m square drawn in a 4200-unit area: the corners stand 100 units in.
+TEST_F(PlotmeterLogicTest, ClicksSelectTheNearestDrawnPointAndShowTags) {
+  const float area = logic_.scene().width;
+  // Nothing drawn: a click changes nothing.
+  logic_.ClickDrawing(MouseButton::kLeft, 10, 10);
+  EXPECT_EQ(logic_.state().SelectedPoint, -1);
+
+  Load(kSquare);
+  logic_.ClickDrawing(MouseButton::kLeft, area - 1, 1);  // far from any, still found
+  EXPECT_EQ(logic_.state().SelectedPoint, 2);
+  EXPECT_EQ(logic_.state().SelectedDataset, 1);
+  EXPECT_EQ(logic_.display().EditSubLbl, "Point 3 selected");
+  EXPECT_TRUE(logic_.display().EditPtBtnEnabled[kDeleteButton]);
+
+  logic_.ClickDrawing(MouseButton::kLeft, area + 1, area / 2);  // outside: ignored
+  EXPECT_EQ(logic_.state().SelectedPoint, 2);
+
+  logic_.ClickDrawing(MouseButton::kLeft, area / 2, area);  // equally near 1 and 2: 1 wins
+  EXPECT_EQ(logic_.state().SelectedPoint, 0);
+  float sizes[4];
+  for (const SceneMarker& marker : logic_.scene().markers) sizes[marker.point] = marker.size;
+  EXPECT_FLOAT_EQ(sizes[0], 120);
+  EXPECT_FLOAT_EQ(sizes[2], 30);  // the earlier selection restored
+
+  // Right clicks: the tag beside the point, on the side that keeps it in the area.
+  logic_.ClickDrawing(MouseButton::kRight, 0, area);
+  const SceneLabel& tag = logic_.scene().TagDSLbl;
+  EXPECT_TRUE(tag.visible);
+  EXPECT_EQ(tag.text, "Square");
+  EXPECT_EQ(tag.anchor, LabelAnchor::kTopLeft);
+  EXPECT_FLOAT_EQ(tag.x, 100 + 36 + 20);
+  EXPECT_FLOAT_EQ(tag.y, area - 100 - 90);
+  EXPECT_EQ(logic_.state().SelectedPoint, -1);
+  EXPECT_EQ(logic_.display().EditSubLbl, "Click on a Point");
+  EXPECT_FALSE(logic_.display().EditPtBtnEnabled[kModifyButton]);
+
+  logic_.ClickDrawing(MouseButton::kRight, area, area);
+  EXPECT_EQ(logic_.scene().TagDSLbl.anchor, LabelAnchor::kTopRight);
+  EXPECT_FLOAT_EQ(logic_.scene().TagDSLbl.x, area - 100 - 36 - 20);
+}
+
+TEST(TagLabelTest, SideFollowsTheRoomLeftInTheArea) {
+  PlotScene scene;
+  const float edge = scene.width - 36 - 2020;  // the last X that keeps the tag on the right
+  EXPECT_EQ(TagLabel(scene, {edge, 500, true}, "  Road ").anchor, LabelAnchor::kTopLeft);
+  EXPECT_EQ(TagLabel(scene, {edge + 1, 500, true}, "").anchor, LabelAnchor::kTopRight);
+  EXPECT_EQ(TagLabel(scene, {edge, 500, true}, "  Road ").text, "Road");
+  EXPECT_EQ(TagLabel(scene, {edge, 500, true}, "   ").text, "<No Tag>");
+}
+
+TEST_F(PlotmeterLogicTest, FileLabelFollowsTheLoadsAndTheSaves) {
+  EXPECT_EQ(logic_.display().DatSrcLbl, "< No File >");
+  Load(kSquare);
+  EXPECT_EQ(logic_.display().DatSrcLbl, "survey.csv");
   const std::string saved = folder_.Path("saved.csv");
-  ASSERT_TRUE(logic_.Save(saved, dialogs_));
+  ASSERT_TRUE(logic_.SaveTo(saved, dialogs_));
   EXPECT_EQ(logic_.survey().CurrentFileName, saved);
-  EXPECT_EQ(logic_.DatSrcLbl(), "saved.csv");
+  EXPECT_EQ(logic_.display().DatSrcLbl, "saved.csv");
   // A failed save keeps the name.
-  EXPECT_FALSE(logic_.Save(folder_.Path("no such folder/out.csv"), dialogs_));
+  EXPECT_FALSE(logic_.SaveTo(folder_.Path("no such folder/out.csv"), dialogs_));
   EXPECT_EQ(Titles(), std::vector<std::string>{"Write File Abort"});
   EXPECT_EQ(logic_.survey().CurrentFileName, saved);
 }

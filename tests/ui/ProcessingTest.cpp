@@ -21,7 +21,7 @@ using testing::XY;
 
 class ProcessingTest : public ::testing::Test {
  protected:
-  void Run() { RunProcessing(survey, state, display, scene, dialogs); }
+  void Run() { ReportProcessing(RunProcessing(survey, state, display, scene), survey, dialogs); }
 
   // Sets up a loaded survey, and leaves traces of an earlier run on the display.
   void Load(Survey loaded) {
@@ -31,9 +31,9 @@ class ProcessingTest : public ::testing::Test {
     display.AreaValLbl.text = "12.5";
     display.AreaHdrLbl = "Area (GPS)";
     display.AreaSgmtCmb.visible = true;
-    display.ScaleLbl = "Window Width / Height = 5.00 Units";
-    display.LotLblVisible = {true, true};
-    display.TagDSLblVisible = true;
+    scene.ScaleLbl = "Window Width / Height = 5.00 Units";
+    scene.LotLbl.visible = true;
+    scene.TagDSLbl.visible = true;
   }
 
   void ExpectFailureBox(const std::string& text) {
@@ -49,9 +49,9 @@ class ProcessingTest : public ::testing::Test {
     EXPECT_EQ(display.AreaValLbl.text, "");
     EXPECT_EQ(display.AreaHdrLbl, "Area");
     EXPECT_FALSE(display.AreaSgmtCmb.visible);
-    EXPECT_EQ(display.ScaleLbl, "");
-    EXPECT_FALSE(display.LotLblVisible[0] || display.LotLblVisible[1]);
-    EXPECT_FALSE(display.TagDSLblVisible);
+    EXPECT_EQ(scene.ScaleLbl, "");
+    EXPECT_FALSE(scene.LotLbl.visible);
+    EXPECT_FALSE(scene.TagDSLbl.visible);
     EXPECT_TRUE(scene.markers.empty());
     EXPECT_TRUE(scene.lines.empty());
     EXPECT_FALSE(state.ProcessState & kAreaComputed);
@@ -92,7 +92,7 @@ TEST_F(ProcessingTest, GoodPerimeterShowsItsArea) {
   EXPECT_FALSE(state.BadPerimeter);
   EXPECT_EQ(display.AreaValLbl.text, "1,600");
   EXPECT_EQ(display.AreaHdrLbl, "Area");
-  EXPECT_EQ(display.ScaleLbl, "Window Width / Height = 41.1 Meters");
+  EXPECT_EQ(scene.ScaleLbl, "Window Width / Height = 42.0 Meters");
   EXPECT_EQ(scene.markers.size(), 4u);
   EXPECT_FALSE(state.DisplayRequest & kRedrawPending);
 }
@@ -285,7 +285,7 @@ TEST_F(ProcessingTest, DividedPlotOffersItsSegments) {
             (std::vector<std::string>{"Whole Plot", "Part 1", "Part 2"}));
   EXPECT_TRUE(display.AreaSgmtCmb.visible);
   EXPECT_EQ(display.AreaValLbl.text, "5,000");
-  EXPECT_TRUE(display.LotLblVisible[0] == false);  // no sub-division dataset to label
+  EXPECT_FALSE(scene.LotLbl.visible);  // no sub-division dataset to label
   EXPECT_TRUE(SegmentItems(ProcessingState{}).empty());
 }
 
@@ -296,7 +296,7 @@ TEST_F(ProcessingTest, ExtensionOffersTheEnlargedPlotFirst) {
   EXPECT_EQ(display.AreaSgmtCmb.items,
             (std::vector<std::string>{"Extended Plot", "Main Plot", "Extension"}));
   EXPECT_EQ(display.AreaValLbl.text, "125.0");
-  EXPECT_TRUE(display.LotLblVisible[0]);
+  EXPECT_TRUE(scene.LotLbl.visible);
   display.DisplayOptions = 15 & ~kShowSubDivision;
   Run();
   EXPECT_EQ(display.AreaValLbl.text, "100.0");  // the main plot as surveyed
