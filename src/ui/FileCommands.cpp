@@ -54,8 +54,12 @@ SelectedFile SelectFile(UserDialogs& dialogs, FileDialogRequest request) {
   if (request.mode == kSelectWholeFolder) request.initialName = "_whole directory_";
   if (request.mode == kSelectFolderByName) request.initialName = "_";
   if (!request.keepName && request.mode <= kSelectSave) request.initialName.clear();
-  SelectedFile file = CheckChosenName(request.mode, request.extension, dialogs.SelectFile(request));
-  if (file.code == kFileUsable && request.mode <= kSelectSave && !FolderExists(file.path)) {
+  return CheckChosenFile(request.mode, request.extension, dialogs.SelectFile(request));
+}
+
+SelectedFile CheckChosenFile(int mode, std::string_view extension, const FileChoice& choice) {
+  SelectedFile file = CheckChosenName(mode, extension, choice);
+  if (file.code == kFileUsable && mode <= kSelectSave && !FolderExists(file.path)) {
     file.code = kFileNoFolder;
   }
   return file;

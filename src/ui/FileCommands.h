@@ -34,6 +34,10 @@ struct SelectedFile {
 // any case), while a name without one gets it added. The folder modes give the folder.
 SelectedFile CheckChosenName(int mode, std::string_view extension, const FileChoice& choice);
 
+// As `CheckChosenName`, and for the file modes a usable name whose folder does not exist
+// gives `kFileNoFolder`.
+SelectedFile CheckChosenFile(int mode, std::string_view extension, const FileChoice& choice);
+
 // Shows the common file dialog and checks the chosen name.
 SelectedFile SelectFile(UserDialogs& dialogs, FileDialogRequest request);
 

@@ -96,20 +96,16 @@ ScreenXY OnScreen(const PlotScene& scene, float x, float y) {
                              (y - scene.minY) * scene.scale)};
 }
 
-struct MarkerColours {
-  Rgb border, fill;
-};
-
-MarkerColours ColoursByRole(const Survey& survey, int d, int i, bool errorLines) {
+MarkerRole RoleOf(const Survey& survey, int d, int i, bool errorLines) {
   const Point& point = survey.Points[i];
   std::uint8_t type = survey.Datasets[d].DatasetType;
   bool closedKind = (type & (kDatasetMain | kDatasetSubDivision)) != 0;
-  if (errorLines && ErrorMarked(point)) return {kErrorRed, kErrorRed};
-  if (closedKind && i == survey.Datasets[d].DatasetStart) return {kStartGreen, kStartGreen};
-  if (point.PtFlags & kPtIntermediate) return {kIntermediateGrey, kWhite};
-  if (type & kDatasetLine) return {kLineBrown, kLineBrown};
-  if (type & kDatasetPoints) return {kBlack, kPointsTeal};
-  return {kBlack, kBlack};
+  if (errorLines && ErrorMarked(point)) return MarkerRole::kError;
+  if (closedKind && i == survey.Datasets[d].DatasetStart) return MarkerRole::kStart;
+  if (point.PtFlags & kPtIntermediate) return MarkerRole::kIntermediate;
+  if (type & kDatasetLine) return MarkerRole::kLine;
+  if (type & kDatasetPoints) return MarkerRole::kStandAlone;
+  return MarkerRole::kPerimeter;
 }
 
 class SceneBuilder {
@@ -129,7 +125,7 @@ class SceneBuilder {
       DrawLines(d);
     }
     if (path_ && path_->subDataset < 0 && (kindMask_ & kDatasetSubDivision)) {
-      Line(path_->startJoin, path_->endJoin, path_->closingOwner, kStartGreen);
+      Line(path_->startJoin, path_->endJoin, path_->closingOwner, LineRole::kClosing);
     }
   }
 
@@ -138,10 +134,11 @@ class SceneBuilder {
       const Point& point = survey_.Points[i];
       if (!scene_.screen[i].drawn || !HasDistinctAlternate(point)) continue;
       ScreenXY at = OnScreen(scene_, point.AltX, point.AltY);
+      Rgb magenta = ColourOf(LineRole::kAlternate);
       scene_.markers.push_back(
-          {i, at.x, at.y, scene_.markerSize, kAlternateMagenta, kAlternateMagenta, true});
+          {i, at.x, at.y, scene_.markerSize, MarkerRole::kAlternate, magenta, magenta, true});
       scene_.lines.push_back(
-          {scene_.screen[i].x, scene_.screen[i].y, at.x, at.y, kAlternateMagenta, -1});
+          {scene_.screen[i].x, scene_.screen[i].y, at.x, at.y, LineRole::kAlternate, magenta, i});
     }
   }
 
@@ -171,9 +168,10 @@ class SceneBuilder {
     for (int i = begin; i < end; ++i) {
       const Point& point = survey_.Points[i];
       ScreenXY at = OnScreen(scene_, point.X, point.Y);
-      MarkerColours colours = ColoursByRole(survey_, d, i, errorLines_);
+      MarkerRole role = RoleOf(survey_, d, i, errorLines_);
+      MarkerColours colours = ColoursOf(role);
       float size = scene_.markerSize * (i == state_.SelectedPoint ? 4 : 1);
-      scene_.markers.push_back({i, at.x, at.y, size, colours.border, colours.fill, false});
+      scene_.markers.push_back({i, at.x, at.y, size, role, colours.border, colours.fill, false});
       scene_.screen[i] = {at.x, at.y, true};
     }
   }
@@ -181,15 +179,17 @@ class SceneBuilder {
   void DrawLines(int d) {
     std::uint8_t type = survey_.Datasets[d].DatasetType;
     if (type & kDatasetPoints) return;
-    Rgb colour = (type & kDatasetLine) ? kLineBrown : kBlack;
+    LineRole role = (type & kDatasetLine) ? LineRole::kOther : LineRole::kPerimeter;
     std::vector<int> shape = ShapePoints(survey_, d);
     if ((type & kDatasetSubDivision) && path_ && path_->subDataset == d) {
       DrawDivision();
       return;
     }
-    for (std::size_t k = 1; k < shape.size(); ++k) Line(shape[k - 1], shape[k], shape[k], colour);
+    for (std::size_t k = 1; k < shape.size(); ++k) Line(shape[k - 1], shape[k], shape[k], role);
     bool closed = (type & kDatasetMain) && (type & kDatasetPerimeter);
-    if (closed && shape.size() > 1) Line(shape.back(), shape.front(), shape.front(), kStartGreen);
+    if (closed && shape.size() > 1) {
+      Line(shape.back(), shape.front(), shape.front(), LineRole::kClosing);
+    }
   }
 
   // From the start join point through the division's shape points; the automatic last
@@ -198,17 +198,17 @@ class SceneBuilder {
     int from = path_->startJoin;
     for (int v : path_->vertices) {
       if (survey_.Points[v].PtFlags & kPtIntermediate) continue;
-      Line(from, v, v, kBlack);
+      Line(from, v, v, LineRole::kPerimeter);
       from = v;
     }
-    Line(from, path_->endJoin, path_->closingOwner, kStartGreen);
+    Line(from, path_->endJoin, path_->closingOwner, LineRole::kClosing);
   }
 
-  void Line(int from, int to, int endsAt, Rgb colour) {
-    if (errorLines_ && ErrorMarked(survey_.Points[endsAt])) colour = kErrorRed;
+  void Line(int from, int to, int endsAt, LineRole role) {
+    if (errorLines_ && ErrorMarked(survey_.Points[endsAt])) role = LineRole::kError;
     ScreenXY a = OnScreen(scene_, survey_.Points[from].X, survey_.Points[from].Y);
     ScreenXY b = OnScreen(scene_, survey_.Points[to].X, survey_.Points[to].Y);
-    scene_.lines.push_back({a.x, a.y, b.x, b.y, colour, endsAt});
+    scene_.lines.push_back({a.x, a.y, b.x, b.y, role, ColourOf(role), endsAt});
   }
 
   const Survey& survey_;
@@ -233,6 +233,42 @@ std::string ScaleText(const Survey& survey, const PlotScene& scene) {
 }
 
 }  // namespace
+
+MarkerColours ColoursOf(MarkerRole role) {
+  switch (role) {
+    case MarkerRole::kStart:
+      return {kStartGreen, kStartGreen};
+    case MarkerRole::kIntermediate:
+      return {kIntermediateGrey, kWhite};
+    case MarkerRole::kLine:
+      return {kLineBrown, kLineBrown};
+    case MarkerRole::kStandAlone:
+      return {kBlack, kPointsTeal};
+    case MarkerRole::kAlternate:
+      return {kAlternateMagenta, kAlternateMagenta};
+    case MarkerRole::kError:
+      return {kErrorRed, kErrorRed};
+    case MarkerRole::kPerimeter:
+      break;
+  }
+  return {kBlack, kBlack};
+}
+
+Rgb ColourOf(LineRole role) {
+  switch (role) {
+    case LineRole::kClosing:
+      return kStartGreen;
+    case LineRole::kOther:
+      return kLineBrown;
+    case LineRole::kAlternate:
+      return kAlternateMagenta;
+    case LineRole::kError:
+      return kErrorRed;
+    case LineRole::kPerimeter:
+      break;
+  }
+  return kBlack;
+}
 
 std::uint8_t KindMask(std::uint8_t mode) { return static_cast<std::uint8_t>((mode & 7) * 2 + 1); }
 

@@ -41,18 +41,31 @@ inline constexpr std::uint8_t kModeBadPerimeter = 'C';
 // 2 and 4 of the mode.
 std::uint8_t KindMask(std::uint8_t mode);
 
+// What a marker or a line stands for; its colours follow from it.
+enum class MarkerRole { kStart, kPerimeter, kIntermediate, kLine, kStandAlone, kAlternate, kError };
+enum class LineRole { kPerimeter, kClosing, kOther, kAlternate, kError };
+
+struct MarkerColours {
+  Rgb border, fill;
+};
+MarkerColours ColoursOf(MarkerRole role);
+Rgb ColourOf(LineRole role);
+
 struct SceneMarker {
   int point = -1;      // index in `Points`
   float x = 0, y = 0;  // centre on the screen
   float size = 0;
+  MarkerRole role = MarkerRole::kPerimeter;
   Rgb border, fill;
   bool alternate = false;  // marks the point's alternate GPS position
 };
 
 struct SceneLine {
   float x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+  LineRole role = LineRole::kPerimeter;
   Rgb colour;
-  // The point whose error-line mark makes this line red; -1 for an alternate joining line.
+  // The point the line ends at: its error-line mark makes the line red; for an alternate
+  // joining line, the point whose alternate position it joins.
   int endsAt = -1;
 };
 

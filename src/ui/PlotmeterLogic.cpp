@@ -22,8 +22,17 @@ bool IsOption(int index) { return index >= 0 && index < kOptionCount; }
 PlotmeterLogic::PlotmeterLogic() { display_.DisplayOptions = kDefaultDisplayOptions; }
 
 LoadOutcome PlotmeterLogic::CommandLoad(UserDialogs& dialogs) {
-  SelectedFile file = SelectFile(
-      dialogs, {.mode = kSelectOpen, .filter = kDataFileFilter, .title = kFileTitleLoad});
+  return LoadChosen(
+      SelectFile(dialogs,
+                 {.mode = kSelectOpen, .filter = kDataFileFilter, .title = kFileTitleLoad}),
+      dialogs);
+}
+
+LoadOutcome PlotmeterLogic::LoadNamed(const std::string& path, UserDialogs& dialogs) {
+  return LoadChosen(CheckChosenFile(kSelectOpen, "", {.cancelled = false, .path = path}), dialogs);
+}
+
+LoadOutcome PlotmeterLogic::LoadChosen(const SelectedFile& file, UserDialogs& dialogs) {
   if (file.code == kFileCancelled) return {};
   if (file.code != kFileUsable) {
     display_.DatSrcLbl = kNoFile;

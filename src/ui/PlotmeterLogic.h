@@ -43,16 +43,17 @@ class PlotmeterLogic {
   // The file buttons and "Exit". Each asks for what it needs through `dialogs`;
   // cancelling a dialog changes nothing.
   LoadOutcome CommandLoad(UserDialogs& dialogs);
+  // A file named on the command line or dropped on the window, as if chosen with "Load".
+  LoadOutcome LoadNamed(const std::string& path, UserDialogs& dialogs);
   bool CommandSave(UserDialogs& dialogs);
   bool CommandSaveAs(UserDialogs& dialogs);
   void CommandCreateNew();
   // True when the program may end: nothing is unsaved, or the user said so.
   bool CommandExit(UserDialogs& dialogs);
 
-  // "Load" once a usable file name has been chosen (also a file named on the command
-  // line or dropped on the window): the file read and checked, its points resolved (a
-  // failed resolution rejects the file), the "Show Lines" and "Show Points" boxes made
-  // available by the data, and processing run.
+  // "Load" once a usable file name has been chosen: the file read and checked, its points resolved
+  // (a failed resolution rejects the file), the "Show Lines" and "Show Points" boxes made available
+  // by the data, and processing run.
   LoadOutcome Load(const std::string& path, UserDialogs& dialogs);
   // Writes the survey to `path` and, when written, takes it as the current file.
   bool SaveTo(const std::string& path, UserDialogs& dialogs);
@@ -84,6 +85,7 @@ class PlotmeterLogic {
   std::string AreaUnitText() const;
 
  private:
+  LoadOutcome LoadChosen(const SelectedFile& file, UserDialogs& dialogs);
   void MakeOptionsAvailableByData();
   void ShowFile(const std::string& path);
   void ClearSelection();
