@@ -1,7 +1,9 @@
 #include "cli/Cli.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
+#include <filesystem>
 #include <string_view>
 #include <vector>
 
@@ -21,6 +23,7 @@ constexpr const char* kUsage =
     "  area FILE... [--unit U] [--segment S] [--json]\n"
     "  list FILE [--processed] [--show GROUPS] [--include SETS]\n"
     "  save FILE OUT [--writer-options N]\n"
+    "  export FILE... --to geojson|kml|csv [-o OUT]\n"
     "Run 'plotmeter-cli --help' for more.\n";
 
 constexpr const char* kFooter =
@@ -92,6 +95,8 @@ struct Parsed {
   std::vector<std::string> show{"input"};
   std::vector<std::string> include = Names(kIncludeSets);
   SaveOptions save;
+  ExportOptions exports;
+  std::string to;
 };
 
 void AddCheck(CLI::App& app, Parsed& parsed) {
@@ -140,6 +145,46 @@ void AddSave(CLI::App& app, Parsed& parsed) {
       ->capture_default_str();
 }
 
+// OUT may not be one of the FILEs: the survey would be overwritten by its export.
+bool OverwritesAFile(const ExportOptions& options) {
+  std::error_code error;
+  return std::any_of(options.files.begin(), options.files.end(), [&](const std::string& file) {
+    return std::filesystem::equivalent(file, options.out, error);
+  });
+}
+
+ExportFormat ExportFormatNamed(const std::string& name) {
+  if (name == "geojson") return ExportFormat::kGeoJson;
+  if (name == "kml") return ExportFormat::kKml;
+  return ExportFormat::kCsv;
+}
+
+void AddExport(CLI::App& app, Parsed& parsed) {
+  CLI::App* exports = app.add_subcommand(
+      "export", "Each FILE's points as CSV, or its plot as GeoJSON or KML for maps");
+  exports->add_option("FILE", parsed.exports.files, "Data file(s)")->required();
+  exports
+      ->add_option("--to", parsed.to,
+                   "csv: every point; geojson, kml: the plot in WGS 84 longitude and latitude, "
+                   "for a survey tied to GPS by a GPS link point")
+      ->required()
+      ->check(CLI::IsMember({"geojson", "kml", "csv"}));
+  exports
+      ->add_option("-o,--output", parsed.exports.out,
+                   "Write to OUT (replaced whole) instead of standard output; OUT is left "
+                   "alone when no FILE could be exported")
+      ->type_name("OUT");
+  exports->footer(
+      "Several FILEs make one document: each CSV row (a first column File), GeoJSON feature "
+      "(property file) and KML folder names its file; with -o it is written to OUT. A FILE that "
+      "fails is left out and the status is 1.");
+  exports->parse_complete_callback([&parsed] {
+    if (OverwritesAFile(parsed.exports)) {
+      throw CLI::ValidationError("--output", "OUT is one of the FILEs, which it would overwrite");
+    }
+  });
+}
+
 // The first word that is not an option names the command: only flags stand before it.
 std::string UnknownCommand(const CLI::App& app, std::span<const std::string> args) {
   for (const std::string& arg : args) {
@@ -173,6 +218,11 @@ int Dispatch(const CLI::App& app, Parsed& parsed, std::ostream& out, std::ostrea
     parsed.list.includeSets = Bits(kIncludeSets, parsed.include);
     return RunList(parsed.list, out, err);
   }
+  if (app.got_subcommand("export")) {
+    parsed.exports.yes = parsed.yes;
+    parsed.exports.format = ExportFormatNamed(parsed.to);
+    return RunExport(parsed.exports, out, err);
+  }
   parsed.save.yes = parsed.yes;
   return RunSave(parsed.save, out, err);
 }
@@ -191,6 +241,7 @@ int RunCli(std::span<const std::string> args, std::ostream& out, std::ostream& e
   AddArea(app, parsed);
   AddList(app, parsed);
   AddSave(app, parsed);
+  AddExport(app, parsed);
 
   const std::string unknown = UnknownCommand(app, args);
   if (!unknown.empty()) return UsageError(err, "unknown command '" + unknown + "'");

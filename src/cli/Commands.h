@@ -43,9 +43,19 @@ struct SaveOptions {
   bool yes = false;
 };
 
+enum class ExportFormat { kCsv, kGeoJson, kKml };
+
+struct ExportOptions {
+  std::vector<std::string> files;
+  ExportFormat format = ExportFormat::kCsv;
+  std::string out;  // empty: standard output
+  bool yes = false;
+};
+
 int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err);
 int RunArea(const AreaOptions& options, std::ostream& out, std::ostream& err);
 int RunList(const ListOptions& options, std::ostream& out, std::ostream& err);
 int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err);
+int RunExport(const ExportOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace plotmeter

@@ -243,6 +243,8 @@ char PointTypeLetter(const Point& point) {
   return (point.PtMarks & kMarkCompass) ? 'C' : 'B';
 }
 
+}  // namespace
+
 std::string PointTypeText(const Point& point) {
   std::string text(1, PointTypeLetter(point));
   const std::uint8_t flags = point.PtFlags;
@@ -256,6 +258,8 @@ std::string PointTypeText(const Point& point) {
   if ((flags & kPtBearing) && (flags & kPtReference)) text += 'F';
   return text;
 }
+
+namespace {
 
 std::string NumberOrNone(int number) { return number > 0 ? std::to_string(number) : ""; }
 
