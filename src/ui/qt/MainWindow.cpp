@@ -1,0 +1,297 @@
+#include "ui/qt/MainWindow.h"
+
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFile>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QMimeData>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace plotmeter::qt {
+
+namespace {
+
+constexpr const char* kDataCaptions[] = {"Load", "Save", "Save As", "Create New"};
+constexpr const char* kEditCaptions[] = {"Modify", "Add", "Delete", "UnDo"};
+constexpr const char* kOptionCaptions[] = {"Show Sub-division", "Show Lines", "Show Points",
+                                           "Show Alternate GPS"};
+
+QString Latin1(const std::string& text) { return QString::fromLatin1(text); }
+
+QString Indexed(const char* name, int index) { return QString("%1_%2").arg(name).arg(index); }
+
+template <typename Widget>
+Widget* Named(Widget* widget, const QString& name) {
+  widget->setObjectName(name);
+  return widget;
+}
+
+QLabel* NamedLabel(const QString& name, const QString& text = {}) {
+  return Named(new QLabel(text), name);
+}
+
+QPushButton* NamedButton(const QString& name, const char* caption) {
+  return Named(new QPushButton(caption), name);
+}
+
+// Fills a list box with `items` and chooses `index`, without it counting as the user's
+// choice.
+void ShowCombo(QComboBox* combo, const ComboState& state) {
+  QSignalBlocker loading(combo);
+  QStringList items;
+  for (const std::string& item : state.items) items << Latin1(item);
+  QStringList shown;
+  for (int i = 0; i < combo->count(); ++i) shown << combo->itemText(i);
+  if (shown != items) {
+    combo->clear();
+    combo->addItems(items);
+  }
+  combo->setCurrentIndex(state.index);
+  combo->setVisible(state.visible);
+}
+
+}  // namespace
+
+MainWindow::MainWindow(UserDialogs* dialogs, QWidget* parent)
+    : QMainWindow(parent), ownDialogs_(this), dialogs_(dialogs ? *dialogs : ownDialogs_) {
+  setObjectName("Plotmeter");
+  setWindowTitle("Plotmeter DEVELOPMENT VERSION");
+  setAcceptDrops(true);
+  createControls();
+  createConnections();
+  createShortcuts();
+  showState();
+}
+
+void MainWindow::createControls() {
+  auto* central = new QWidget;
+  auto* drawingColumn = new QVBoxLayout;
+  DisplaySh = new PlotView;
+  ScaleLbl = NamedLabel("ScaleLbl");
+  ScaleLbl->setAlignment(Qt::AlignCenter);
+  drawingColumn->addWidget(DisplaySh, 1);
+  drawingColumn->addWidget(ScaleLbl);
+
+  auto* layout = new QHBoxLayout(central);
+  layout->addLayout(drawingColumn, 1);
+  layout->addWidget(createSidePanel());
+  setCentralWidget(central);
+  resize(960, 700);
+}
+
+QWidget* MainWindow::createSidePanel() {
+  auto* files = new QGroupBox("File");
+  auto* fileGrid = new QGridLayout(files);
+  for (int i = 0; i < 4; ++i) {
+    DataBtn[i] = NamedButton(Indexed("DataBtn", i), kDataCaptions[i]);
+    fileGrid->addWidget(DataBtn[i], i / 2, i % 2);
+  }
+
+  auto* area = new QGroupBox;
+  auto* areaColumn = new QVBoxLayout(area);
+  AreaHdrLbl = NamedLabel("AreaHdrLbl");
+  AreaValLbl = NamedLabel("AreaValLbl");
+  QFont big = AreaValLbl->font();
+  big.setPointSizeF(big.pointSizeF() * 1.8);
+  big.setBold(true);
+  AreaValLbl->setFont(big);
+  AreaValLbl->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  AreaUnitCmb = Named(new QComboBox, "AreaUnitCmb");
+  AreaUnitLbl = NamedLabel("AreaUnitLbl");
+  AreaSgmtCmb = Named(new QComboBox, "AreaSgmtCmb");
+  for (QWidget* widget : std::initializer_list<QWidget*>{AreaHdrLbl, AreaValLbl, AreaUnitCmb,
+                                                         AreaUnitLbl, AreaSgmtCmb}) {
+    areaColumn->addWidget(widget);
+  }
+
+  auto* display = new QGroupBox("Display");
+  auto* displayColumn = new QVBoxLayout(display);
+  for (int i = 0; i < kOptionCount; ++i) {
+    OptnsCkB[i] = Named(new QCheckBox(kOptionCaptions[i]), Indexed("OptnsCkB", i));
+    displayColumn->addWidget(OptnsCkB[i]);
+  }
+  LegendBtn = NamedButton("LegendBtn", "Legend");
+  displayColumn->addWidget(LegendBtn);
+
+  auto* edit = new QGroupBox;
+  auto* editGrid = new QGridLayout(edit);
+  EditHdrLbl = NamedLabel("EditHdrLbl", "Edit");
+  QFont bold = EditHdrLbl->font();
+  bold.setBold(true);
+  EditHdrLbl->setFont(bold);
+  AreaHdrLbl->setFont(bold);
+  EditSubLbl = NamedLabel("EditSubLbl");
+  editGrid->addWidget(EditHdrLbl, 0, 0, 1, 2);
+  editGrid->addWidget(EditSubLbl, 1, 0, 1, 2);
+  for (int i = 0; i < 4; ++i) {
+    EditPtBtn[i] = NamedButton(Indexed("EditPtBtn", i), kEditCaptions[i]);
+    editGrid->addWidget(EditPtBtn[i], 2 + i / 2, i % 2);
+  }
+
+  auto* data = new QGroupBox("Survey");
+  auto* dataGrid = new QGridLayout(data);
+  DatSrcLbl = NamedLabel("DatSrcLbl");
+  TagFileLbl = NamedLabel("TagFileLbl");
+  MagDecHdrLbl = NamedLabel("MagDecHdrLbl", "Magnetic Declination:");
+  MagDecLbl = NamedLabel("MagDecLbl");
+  for (QLabel* label : {DatSrcLbl, TagFileLbl}) {
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  }
+  ListBtn = NamedButton("ListBtn", "List");
+  dataGrid->addWidget(DatSrcLbl, 0, 0, 1, 2);
+  dataGrid->addWidget(TagFileLbl, 1, 0, 1, 2);
+  dataGrid->addWidget(MagDecHdrLbl, 2, 0);
+  dataGrid->addWidget(MagDecLbl, 2, 1);
+  dataGrid->addWidget(ListBtn, 3, 0, 1, 2);
+
+  ExitBtn = NamedButton("ExitBtn", "Exit");
+
+  auto* panel = new QWidget;
+  panel->setFixedWidth(270);
+  auto* column = new QVBoxLayout(panel);
+  column->setContentsMargins(0, 0, 0, 0);
+  for (QWidget* group : std::initializer_list<QWidget*>{files, area, display, edit, data}) {
+    column->addWidget(group);
+  }
+  column->addStretch(1);
+  column->addWidget(ExitBtn);
+  return panel;
+}
+
+void MainWindow::createConnections() {
+  connect(DataBtn[kLoadButton], &QPushButton::clicked, this, &MainWindow::load);
+  connect(DataBtn[kSaveButton], &QPushButton::clicked, this, &MainWindow::save);
+  connect(DataBtn[kSaveAsButton], &QPushButton::clicked, this, &MainWindow::saveAs);
+  connect(DataBtn[kCreateNewButton], &QPushButton::clicked, this, &MainWindow::createNew);
+  connect(ExitBtn, &QPushButton::clicked, this, &MainWindow::close);
+  for (int i = 0; i < kOptionCount; ++i) {
+    connect(OptnsCkB[i], &QCheckBox::clicked, this,
+            [this, i](bool ticked) { clickOption(i, ticked); });
+  }
+  // `activated` is the user's choice only: filling the lists never counts as one.
+  connect(AreaUnitCmb, &QComboBox::activated, this, &MainWindow::chooseAreaUnit);
+  connect(AreaSgmtCmb, &QComboBox::activated, this, &MainWindow::chooseSegment);
+  connect(DisplaySh, &PlotView::pressed, this, &MainWindow::pressDrawing);
+}
+
+// Keys that act as the file buttons; a disabled button ignores its key too.
+void MainWindow::createShortcuts() {
+  const std::pair<QKeySequence, QAbstractButton*> keys[] = {
+      {QKeySequence::Open, DataBtn[kLoadButton]},
+      {QKeySequence::Save, DataBtn[kSaveButton]},
+      {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), DataBtn[kSaveAsButton]},
+      {QKeySequence::New, DataBtn[kCreateNewButton]},
+      {QKeySequence(Qt::CTRL | Qt::Key_Q), ExitBtn},
+  };
+  for (const auto& [key, button] : keys) {
+    auto* action = new QAction(this);
+    action->setShortcut(key);
+    connect(action, &QAction::triggered, button, &QAbstractButton::click);
+    addAction(action);
+  }
+}
+
+void MainWindow::openFile(const QString& path) {
+  logic_.LoadNamed(QFile::encodeName(path).toStdString(), dialogs_);
+  showState();
+}
+
+void MainWindow::load() {
+  logic_.CommandLoad(dialogs_);
+  showState();
+}
+
+void MainWindow::save() {
+  logic_.CommandSave(dialogs_);
+  showState();
+}
+
+void MainWindow::saveAs() {
+  logic_.CommandSaveAs(dialogs_);
+  showState();
+}
+
+void MainWindow::createNew() {
+  logic_.CommandCreateNew();
+  showState();
+}
+
+void MainWindow::clickOption(int index, bool ticked) {
+  logic_.ClickOption(index, ticked, dialogs_);
+  showState();
+}
+
+void MainWindow::chooseAreaUnit(int index) {
+  logic_.SetAreaUnit(index);
+  showState();
+}
+
+void MainWindow::chooseSegment(int index) {
+  logic_.SetSegment(index);
+  showState();
+}
+
+void MainWindow::pressDrawing(MouseButton button, QPointF at) {
+  logic_.ClickDrawing(button, static_cast<float>(at.x()), static_cast<float>(at.y()));
+  showState();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (logic_.CommandExit(dialogs_)) {
+    event->accept();
+  } else {
+    event->ignore();
+  }
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  const QList<QUrl> urls = event->mimeData()->urls();
+  if (urls.size() == 1 && urls.first().isLocalFile()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  openFile(event->mimeData()->urls().first().toLocalFile());
+  event->acceptProposedAction();
+}
+
+void MainWindow::showState() {
+  const MainDisplay& display = logic_.display();
+  showAreaControls();
+  MagDecHdrLbl->setEnabled(display.MagDecHdrLblEnabled);
+  MagDecLbl->setText(Latin1(display.MagDecLbl));
+  ScaleLbl->setText(Latin1(logic_.scene().ScaleLbl));
+  DatSrcLbl->setText(Latin1(display.DatSrcLbl));
+  TagFileLbl->setText(Latin1(display.TagFileLbl));
+  EditSubLbl->setText(Latin1(display.EditSubLbl));
+  for (int i = 0; i < kOptionCount; ++i) {
+    OptnsCkB[i]->setChecked(display.OptnsCkB[i].ticked);
+    OptnsCkB[i]->setEnabled(display.OptnsCkB[i].enabled);
+  }
+  for (int i = 0; i < 4; ++i) {
+    DataBtn[i]->setEnabled(display.DataBtnEnabled[i]);
+    EditPtBtn[i]->setEnabled(display.EditPtBtnEnabled[i]);
+  }
+  DisplaySh->setScene(logic_.scene(), logic_.state().SelectedPoint);
+}
+
+void MainWindow::showAreaControls() {
+  const MainDisplay& display = logic_.display();
+  AreaHdrLbl->setText(Latin1(display.AreaHdrLbl));
+  AreaValLbl->setText(Latin1(display.AreaValLbl.text));
+  QPalette palette = AreaValLbl->palette();
+  palette.setColor(QPalette::WindowText, display.AreaValLbl.red
+                                             ? QColor(Qt::red)
+                                             : this->palette().color(QPalette::ButtonText));
+  AreaValLbl->setPalette(palette);
+  ShowCombo(AreaUnitCmb, display.AreaUnitCmb);
+  ShowCombo(AreaSgmtCmb, display.AreaSgmtCmb);
+  AreaUnitLbl->setText(Latin1(display.AreaUnitLbl.text));
+  AreaUnitLbl->setVisible(display.AreaUnitLbl.visible);
+}
+
+}  // namespace plotmeter::qt

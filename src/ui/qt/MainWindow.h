@@ -1,0 +1,79 @@
+// The main window `Plotmeter`: the drawing and the controls around it. Every control
+// forwards what the user did to the window logic and then shows the logic's state again;
+// the window decides nothing itself.
+#pragma once
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QMainWindow>
+#include <QPushButton>
+#include <array>
+
+#include "ui/PlotmeterLogic.h"
+#include "ui/qt/PlotView.h"
+#include "ui/qt/QtDialogs.h"
+
+namespace plotmeter::qt {
+
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // `dialogs` shows every box; null for the window's own Qt boxes.
+  explicit MainWindow(UserDialogs* dialogs = nullptr, QWidget* parent = nullptr);
+
+  // A file named on the command line or dropped on the window, as if chosen with "Load".
+  void openFile(const QString& path);
+
+  const PlotmeterLogic& logic() const { return logic_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void createControls();
+  QWidget* createSidePanel();
+  void createConnections();
+  void createShortcuts();
+  void showState();
+  void showAreaControls();
+
+  void load();
+  void save();
+  void saveAs();
+  void createNew();
+  void clickOption(int index, bool ticked);
+  void chooseAreaUnit(int index);
+  void chooseSegment(int index);
+  void pressDrawing(MouseButton button, QPointF at);
+
+  PlotmeterLogic logic_;
+  QtDialogs ownDialogs_;
+  UserDialogs& dialogs_;
+
+  PlotView* DisplaySh;
+  std::array<QPushButton*, 4> DataBtn{};
+  QPushButton* ExitBtn;
+  std::array<QPushButton*, 4> EditPtBtn{};
+  QPushButton* ListBtn;
+  QPushButton* LegendBtn;
+  std::array<QCheckBox*, kOptionCount> OptnsCkB{};
+  QComboBox* AreaSgmtCmb;
+  QComboBox* AreaUnitCmb;
+  QLabel* AreaHdrLbl;
+  QLabel* AreaValLbl;
+  QLabel* AreaUnitLbl;
+  QLabel* MagDecHdrLbl;
+  QLabel* MagDecLbl;
+  QLabel* ScaleLbl;
+  QLabel* DatSrcLbl;
+  QLabel* TagFileLbl;
+  QLabel* EditHdrLbl;
+  QLabel* EditSubLbl;
+};
+
+}  // namespace plotmeter::qt
