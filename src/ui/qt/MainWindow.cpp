@@ -57,7 +57,7 @@ void ShowCombo(QComboBox* combo, const ComboState& state) {
 }  // namespace
 
 MainWindow::MainWindow(UserDialogs* dialogs, QWidget* parent)
-    : QMainWindow(parent), ownDialogs_(this), dialogs_(dialogs ? *dialogs : ownDialogs_) {
+    : QMainWindow(parent), ownDialogs_(this), dialogs_(*this, dialogs ? *dialogs : ownDialogs_) {
   setObjectName("Plotmeter");
   setWindowTitle("Plotmeter DEVELOPMENT VERSION");
   setAcceptDrops(true);
@@ -96,10 +96,11 @@ QWidget* MainWindow::createSidePanel() {
   AreaHdrLbl = NamedLabel("AreaHdrLbl");
   AreaValLbl = NamedLabel("AreaValLbl");
   QFont big = AreaValLbl->font();
-  big.setPointSizeF(big.pointSizeF() * 1.8);
+  big.setPointSizeF(big.pointSizeF() * 1.6);
   big.setBold(true);
   AreaValLbl->setFont(big);
   AreaValLbl->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  AreaValLbl->setWordWrap(true);  // a state text such as "< Bad Perimeter Lines >" may not fit
   AreaUnitCmb = Named(new QComboBox, "AreaUnitCmb");
   AreaUnitLbl = NamedLabel("AreaUnitLbl");
   AreaSgmtCmb = Named(new QComboBox, "AreaSgmtCmb");
@@ -132,8 +133,13 @@ QWidget* MainWindow::createSidePanel() {
     editGrid->addWidget(EditPtBtn[i], 2 + i / 2, i % 2);
   }
 
+  // The labels sit in a widget of their own: a screen reader would read the group's title
+  // for a label that stands empty in a titled group.
   auto* data = new QGroupBox("Survey");
-  auto* dataGrid = new QGridLayout(data);
+  auto* dataLabels = new QWidget;
+  (new QVBoxLayout(data))->addWidget(dataLabels);
+  auto* dataGrid = new QGridLayout(dataLabels);
+  dataGrid->setContentsMargins(0, 0, 0, 0);
   DatSrcLbl = NamedLabel("DatSrcLbl");
   TagFileLbl = NamedLabel("TagFileLbl");
   MagDecHdrLbl = NamedLabel("MagDecHdrLbl", "Magnetic Declination:");
@@ -257,6 +263,11 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
 void MainWindow::dropEvent(QDropEvent* event) {
   openFile(event->mimeData()->urls().first().toLocalFile());
   event->acceptProposedAction();
+}
+
+Button MainWindow::StateFirstDialogs::Show(const MessageBox& box) {
+  window_.showState();
+  return dialogs_.Show(box);
 }
 
 void MainWindow::showState() {

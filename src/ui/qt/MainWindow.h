@@ -51,9 +51,26 @@ class MainWindow : public QMainWindow {
   void chooseSegment(int index);
   void pressDrawing(MouseButton button, QPointF at);
 
+  // Shows the window's latest state before each box, so that a box raised half-way
+  // through a command stands over what it talks about (a bad perimeter drawn in red).
+  class StateFirstDialogs : public UserDialogs {
+   public:
+    StateFirstDialogs(MainWindow& window, UserDialogs& dialogs)
+        : window_(window), dialogs_(dialogs) {}
+    Button Show(const MessageBox& box) override;
+    void Beep() override { dialogs_.Beep(); }
+    FileChoice SelectFile(const FileDialogRequest& request) override {
+      return dialogs_.SelectFile(request);
+    }
+
+   private:
+    MainWindow& window_;
+    UserDialogs& dialogs_;
+  };
+
   PlotmeterLogic logic_;
   QtDialogs ownDialogs_;
-  UserDialogs& dialogs_;
+  StateFirstDialogs dialogs_;
 
   PlotView* DisplaySh;
   std::array<QPushButton*, 4> DataBtn{};

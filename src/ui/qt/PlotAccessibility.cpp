@@ -136,25 +136,30 @@ class PlotViewAccessible : public QAccessibleWidget {
   explicit PlotViewAccessible(PlotView* view) : QAccessibleWidget(view, QAccessible::Canvas) {}
   ~PlotViewAccessible() override { Forget(); }
 
+  // The drawing's own label widgets come first, then the drawn items.
   int childCount() const override {
     const PlotScene* scene = View()->scene();
-    return scene ? SceneItemAccessible::ItemCount(*scene) : 0;
+    return QAccessibleWidget::childCount() + (scene ? SceneItemAccessible::ItemCount(*scene) : 0);
   }
 
   QAccessibleInterface* child(int index) const override {
-    if (index < 0 || index >= childCount()) return nullptr;
-    auto found = children_.find(index);
+    const int widgets = QAccessibleWidget::childCount();
+    if (index < widgets) return QAccessibleWidget::child(index);
+    if (index >= childCount()) return nullptr;
+    const int item = index - widgets;
+    auto found = children_.find(item);
     if (found != children_.end()) return QAccessible::accessibleInterface(found->second);
-    auto* item = new SceneItemAccessible(View(), index);
-    children_[index] = QAccessible::registerAccessibleInterface(item);
-    return item;
+    auto* made = new SceneItemAccessible(View(), item);
+    children_[item] = QAccessible::registerAccessibleInterface(made);
+    return made;
   }
 
   int indexOfChild(const QAccessibleInterface* child) const override {
-    for (const auto& [index, id] : children_) {
-      if (QAccessible::accessibleInterface(id) == child) return index;
+    for (const auto& [item, id] : children_) {
+      if (QAccessible::accessibleInterface(id) == child)
+        return QAccessibleWidget::childCount() + item;
     }
-    return -1;
+    return QAccessibleWidget::indexOfChild(child);
   }
 
   // Items are made anew for each drawing: the old ones name what is no longer drawn.
