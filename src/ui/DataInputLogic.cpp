@@ -65,6 +65,15 @@ int TypeIndexOf(const Point& point) {
 
 bool IsBearingType(int type) { return type == kTypeBearingTrue || type == kTypeBearingMagnetic; }
 
+// Whether the point may name a linked point ("PtRef#"): a reference, or a bearing taken
+// from another point on a line, among stand-alone points or for an intermediate point. A
+// main or sub-division shape point is measured from the point before it.
+bool LinkAllowed(const Point& point, int type, std::uint8_t datasetType) {
+  if (type == kTypeReference) return true;
+  if (!IsBearingType(type)) return false;
+  return (point.PtFlags & kPtIntermediate) || (datasetType & (kDatasetLine | kDatasetPoints));
+}
+
 std::optional<double> ReadGps(const Survey& survey, std::string_view text, bool latitude) {
   return latitude ? ParseGpsLatitude(survey, text) : ParseGpsLongitude(survey, text);
 }
@@ -435,7 +444,8 @@ void DataInputLogic::RebuildFlags(int typeIndex) {
   } else if (hasGps && typeIndex != kTypeGpsOnly && typeIndex != kTypeReference) {
     flags |= kPtGps | kPtAltGps;
   }
-  if (!IsBearingType(typeIndex) && typeIndex != kTypeReference) point.PtRef = 0;
+  point.PtFlags = flags;
+  if (!LinkAllowed(point, typeIndex, survey_.Datasets[dataset_].DatasetType)) point.PtRef = 0;
   // A bearing from a linked point ("F"); an intermediate bearing names it without the flag.
   if (IsBearingType(typeIndex) && point.PtRef != 0 && !(flags & kPtIntermediate)) {
     flags |= kPtReference;
@@ -779,7 +789,7 @@ void DataInputLogic::RefreshFields() {
   }
   Ctl("GPSTxtHdrLbl").enabled = gps;
   ControlState& link = Ctl("TgtPtLbl");
-  link.enabled = type == kTypeReference || IsBearingType(type);
+  link.enabled = LinkAllowed(point, type, survey_.Datasets[dataset_].DatasetType);
   link.text = point.PtRef != 0 ? std::to_string(point.PtRef) : "None";
 }
 
@@ -830,8 +840,11 @@ void DataInputLogic::RefreshDataset() {
     std::uint8_t kindType = kDatasetKindTypes[i];
     ControlState& option = Ctl("TypOpt", i);
     option.checked = (type & (kDatasetKindMask | kDatasetPerimeter)) == kindType;
+    // There is always one main dataset, and at most one sub-division.
+    bool onlyMain = (type & kDatasetMain) && mainElsewhere < 0;
     option.enabled = !((kindType & kDatasetMain) && mainElsewhere >= 0) &&
-                     !((kindType & kDatasetSubDivision) && subElsewhere >= 0);
+                     !((kindType & kDatasetSubDivision) && subElsewhere >= 0) &&
+                     !(onlyMain && !(kindType & kDatasetMain));
   }
   ControlState& units = Ctl("UOMCmb");
   units.items = UnitListItems(survey_.SubValueSeparator);

@@ -19,7 +19,7 @@ using testing::ScriptedDialogs;
 // Point 3 is an intermediate point given by a length along the line to point 4, which is
 // measured from it; point 7 is an intermediate point given by co-ordinates.
 constexpr const char* kLoaded =
-    "H,M\n1,X,,,0,0\n2,X,,,40,0\n3,BI,,,,10\n4,B,,,0,20\n5,X,,,0,30\n"
+    "H,M\n1,X,,,0,0\n2,X,,,40,0\n3,BI,2,,,10\n4,B,,,0,20\n5,X,,,0,30\n"
     "H,L\n6,X,,,5,5\n7,XI,,,6,5\n8,B,,,90,4\n"
     "H,P\n9,X,,,1,1";
 
