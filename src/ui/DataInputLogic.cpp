@@ -718,7 +718,8 @@ void DataInputLogic::Apply() {
     RefreshPositions(survey_, state_);
     if (!CheckEnteredPoint(survey_, state_, current_, dialogs_)) return;
   }
-  if (changesAtOpen_ & kDataChanged) edit_.Changes |= kChangedBeforeEdit;
+  // Changed already when the dialog opened: UnDo keeps the data marked changed.
+  if (changesAtOpen_ & kUnsavedMarks) edit_.Changes |= kChangedBeforeEdit;
   edit_.Changes |= kDataChanged | kPendingChange;
   Close(DialogOutcome::Applied);
 }

@@ -28,8 +28,8 @@
 //
 // Apply: an unfinished new point may be dropped (when its dataset keeps enough points),
 // the point is checked by `CheckEnteredPoint` against positions worked out afresh, and
-// `DataChanged` and `PendingChange` are set (`ChangedBeforeEdit` too when `DataChanged`
-// was set as the dialog opened). Cancel puts back the survey and the change marks as
+// `DataChanged` and `PendingChange` are set (`ChangedBeforeEdit` too when the data was
+// unsaved as the dialog opened). Cancel puts back the survey and the change marks as
 // they were when the dialog opened, then clears `DataChanged` unless `ChangedBeforeEdit`
 // is set; the snapshot taken on opening stays. Either way the mode and entry marks are cleared.
 #pragma once

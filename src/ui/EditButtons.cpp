@@ -30,9 +30,12 @@ void ShowDialogInMode(const PointEditContext& context, std::uint8_t mode) {
 
 void DeleteSelected(const PointEditContext& context) {
   TakeUndoSnapshot(context.survey, context.snapshot);
+  // Once the data differs from the file, the snapshot no longer reaches back to it (even
+  // when the deletion is refused): an UnDo must not take the change marks away. A
+  // cancelled dialog may have cleared `DataChanged` alone, so every unsaved mark counts.
+  std::uint8_t& changes = context.edit.Changes;
+  if (context.edit.Unsaved()) changes |= kChangedBeforeEdit;
   if (DeletePoint(context.survey, context.state.SelectedPoint)) {
-    std::uint8_t& changes = context.edit.Changes;
-    if (changes & kDataChanged) changes |= kChangedBeforeEdit;
     changes |= kDataChanged | kPendingChange;
   }
   DisableSelectionButtons(context.buttons);

@@ -54,18 +54,21 @@ struct PointEditContext {
 //
 // - Modify, Add: `ModifyMode` or `InsertMode` is set, the dialog shown (it takes the
 //   snapshot and makes the change), the mode flags cleared; "Modify", "Add", "Delete"
-//   are disabled, "UnDo" is enabled only while `DataChanged` is set.
-// - Delete: the snapshot is taken and the selected point deleted (`DeletePoint`;
-//   refused silently); a deletion keeps `DataChanged` across UnDo by `ChangedBeforeEdit`
-//   when the data was already changed, and sets `DataChanged` and `PendingChange`.
+//   are disabled, "UnDo" is enabled only while `DataChanged` is set and a snapshot is
+//   held.
+// - Delete: the snapshot is taken, `ChangedBeforeEdit` set when the data is unsaved (also
+//   for a refused deletion, whose snapshot no longer reaches back to the file's data),
+//   and the selected point deleted (`DeletePoint`; refused silently), which sets
+//   `DataChanged` and `PendingChange`.
 //   "Modify", "Add", "Delete" are disabled and "UnDo" enabled.
 // - These three end alike: processing runs when `DataChanged` or
 //   `DatasetSettingsChanged` is set, the selection is cleared, and "Save" is disabled
 //   when no file is current or none of `PendingChange`, `ChangedBeforeEdit`,
 //   `DatasetSettingsChanged` is set (`DataChanged` alone does not keep it enabled).
-// - UnDo: the snapshot is restored; unless `ChangedBeforeEdit` is set, `DataChanged`
+// - UnDo: "UnDo" is disabled and the snapshot restored (with none held, as after
+//   "Create New", nothing else happens); unless `ChangedBeforeEdit` is set, `DataChanged`
 //   and `PendingChange` are cleared; `DatasetSettingsChanged` and the entry marks are
-//   cleared; "UnDo" is disabled and processing runs.
+//   cleared, and processing runs.
 void OnEditPointButton(const PointEditContext& context, int index);
 
 // "Create New" on the data: the change marks, processing state and snapshot are cleared,

@@ -191,9 +191,9 @@ INSTANTIATE_TEST_SUITE_P(
     Rows, SaveRuleTest,
     ::testing::Values(SaveRow{"deleted", 0, kFileCurrent, 1, true},
                       SaveRow{"no file current", 0, 0, 1, false},
-                      SaveRow{"refused, data changed alone", kDataChanged, kFileCurrent, 0, false},
-                      SaveRow{"refused, changed before", kDataChanged | kChangedBeforeEdit,
-                              kFileCurrent, 0, true}));
+                      SaveRow{"refused, nothing changed", 0, kFileCurrent, 0, false},
+                      // A refused deletion after a change keeps the change across UnDo.
+                      SaveRow{"refused, data changed", kDataChanged, kFileCurrent, 0, true}));
 
 }  // namespace
 }  // namespace plotmeter
