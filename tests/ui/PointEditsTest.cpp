@@ -85,17 +85,20 @@ class ScriptedWindow : public EditWindow {
 class EditButtonsTest : public ::testing::Test {
  protected:
   // Each letter one action on point 2: D delete, M modify (a new X) and apply, C modify
-  // and cancel, U UnDo. The point is selected first, as a click on it does.
+  // and cancel, U UnDo; S deletes the start point (refused). The point is selected first,
+  // as a click on it does.
   void Run(std::string_view actions) {
     if (history.empty()) history.push_back(Entries(survey));
     for (char action : actions) {
       if (action != 'U') {
-        state.SelectedPoint = 1;
+        state.SelectedPoint = action == 'S' ? 0 : 1;
         state.SelectedDataset = 1;
         buttons.EditPtBtn = {true, true, true, buttons.EditPtBtn[kUndoButton]};
       }
       cancel = action == 'C';
-      int button = action == 'D' ? kDeleteButton : action == 'U' ? kUndoButton : kModifyButton;
+      int button = action == 'D' || action == 'S' ? kDeleteButton
+                   : action == 'U'                ? kUndoButton
+                                                  : kModifyButton;
       OnEditPointButton(context, button);
       history.push_back(Entries(survey));
     }
@@ -152,7 +155,10 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(SequenceRow{"DU", false, 0, 0}, SequenceRow{"DDU", true, 1, 1},
                       SequenceRow{"MU", false, 0, 0}, SequenceRow{"MMU", true, 1, 1},
                       // Cancelled: the snapshot is taken all the same.
-                      SequenceRow{"C", false, 0, 0}, SequenceRow{"DC", true, 1, 1}));
+                      SequenceRow{"C", false, 0, 0}, SequenceRow{"DC", true, 1, 1},
+                      // UnDo after a refused deletion once cleared the marks of data still
+                      // changed.
+                      SequenceRow{"MSU", true, 1, 1}));
 
 TEST_F(EditButtonsTest, UndoTakesBackOnlyTheLastEditAndThenIsDisabled) {
   Run("MM");
