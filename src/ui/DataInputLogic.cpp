@@ -1,8 +1,12 @@
 #include "ui/DataInputLogic.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
+#include <sstream>
 
+#include "datafile/DataFileReader.h"
+#include "datafile/DataFileWriter.h"
 #include "geometry/ResolvePoints.h"
 #include "model/GpsText.h"
 #include "model/NumberFormat.h"
@@ -110,12 +114,18 @@ bool SameEntry(const Point& a, const Point& b) {
          a.InGPSLong == b.InGPSLong && a.InGPSLat == b.InGPSLat;
 }
 
-// Boxes are shown, nothing else: for working out positions out of the user's sight.
-class SilentDialogs : public UserDialogs {
+// No box reaches the user: for work done out of the user's sight. Questions get Yes,
+// the text of the last box is kept.
+class QuietDialogs : public UserDialogs {
  public:
-  Button Show(const MessageBox& box) override { return box.defaultButton; }
+  Button Show(const MessageBox& box) override {
+    lastText = box.text;
+    return box.buttons == Buttons::Ok ? Button::Ok : Button::Yes;
+  }
   void Beep() override {}
   FileChoice SelectFile(const FileDialogRequest&) override { return {}; }
+
+  std::string lastText;
 };
 
 // The positions of the last processing may be missing (points entered since) or stale;
@@ -123,12 +133,26 @@ class SilentDialogs : public UserDialogs {
 void RefreshPositions(Survey& survey, const ProcessingState& state) {
   Survey resolved = survey;
   ProcessingState scratch = state;
-  SilentDialogs silent;
-  if (!ResolvePoints(resolved, scratch, kFirstPass, silent)) return;
+  QuietDialogs quiet;
+  if (!ResolvePoints(resolved, scratch, kFirstPass, quiet)) return;
   for (int i = 0; i < survey.PointCount(); ++i) {
     survey.Points[i].X = resolved.Points[i].X;
     survey.Points[i].Y = resolved.Points[i].Y;
   }
+}
+
+// The fault that loading the survey's file would report, when it would report one: the
+// data file's rules (the one main dataset, two join points, where a reference may stand)
+// reach further than processing. A survey that cannot be written at all is left to
+// "Save", which says why.
+std::optional<std::string> FaultOnLoading(Survey& survey) {
+  std::stringstream file;
+  if (WriteSurvey(survey, file) != 0) return std::nullopt;
+  Survey loaded;
+  ReadResult read = ReadDataFile(loaded, file);
+  QuietDialogs quiet;
+  if (CheckLoadedData(loaded, read, quiet)) return std::nullopt;
+  return quiet.lastText;
 }
 
 MessageBox Question(std::string text) {
@@ -280,6 +304,17 @@ void DataInputLogic::DropNewPoint() {
   current_ = -1;
   newEntry_ = false;
   edit_.Dialog &= static_cast<std::uint8_t>(~kEntryMarks);
+}
+
+// The point at `position` of dataset `dataset`, or the nearest there is.
+void DataInputLogic::LoadNearest(int dataset, int position) {
+  dataset = std::min(dataset, survey_.DatasetCount() - 1);
+  int count = DatasetPointCount(survey_, dataset);
+  if (count == 0) {
+    BeginNewPoint(dataset, 0);
+  } else {
+    LoadPoint(survey_.Datasets[dataset].DatasetStart + std::clamp(position, 0, count - 1));
+  }
 }
 
 void DataInputLogic::FillPointFields() {
@@ -699,6 +734,8 @@ bool DataInputLogic::EnoughPointsWithoutEntry() const {
 
 void DataInputLogic::Apply() {
   if (!FieldsAccepted()) return;
+  int d = dataset_;
+  int position = CurrentPoint();
   Entry entry = EntryState();
   if (newEntry_ && entry != Entry::Complete) {
     if (!EnoughPointsWithoutEntry()) {
@@ -717,6 +754,12 @@ void DataInputLogic::Apply() {
   if (current_ >= 0) {
     RefreshPositions(survey_, state_);
     if (!CheckEnteredPoint(survey_, state_, current_, dialogs_)) return;
+  }
+  if (std::optional<std::string> fault = FaultOnLoading(survey_)) {
+    Alert(dialogs_, MessageBox{.title = kPointEditTitle, .text = *fault, .icon = Icon::Critical});
+    // The unfinished point has gone: the dialog stays on the point before it.
+    if (current_ < 0) LoadNearest(d, position - 1);
+    return;
   }
   // Changed already when the dialog opened: UnDo keeps the data marked changed.
   if (changesAtOpen_ & kUnsavedMarks) edit_.Changes |= kChangedBeforeEdit;

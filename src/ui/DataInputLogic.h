@@ -27,7 +27,9 @@
 // not offered from a dataset that holds no point yet.
 //
 // Apply: an unfinished new point may be dropped (when its dataset keeps enough points),
-// the point is checked by `CheckEnteredPoint` against positions worked out afresh, and
+// the point is checked by `CheckEnteredPoint` against positions worked out afresh, the
+// survey must load again from the file it would be saved as (else the reader's fault is
+// shown under "Point Add / Edit" and the dialog stays), and
 // `DataChanged` and `PendingChange` are set (`ChangedBeforeEdit` too when the data was
 // unsaved as the dialog opened). Cancel puts back the survey and the change marks as
 // they were when the dialog opened, then clears `DataChanged` unless `ChangedBeforeEdit`
@@ -147,6 +149,7 @@ class DataInputLogic {
   void BeginNewPoint(int dataset, int position);
   void BeginNewDataset();
   void DropNewPoint();
+  void LoadNearest(int dataset, int position);
   bool HasRoomForPoint() const;
   void FillPointFields();
   void FillGps(int index);

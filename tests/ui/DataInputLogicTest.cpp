@@ -305,6 +305,17 @@ TEST_F(DataInputTest, ApplyReportsThePointCheck) {
   EXPECT_TRUE(dialog.IsOpen());
 }
 
+TEST_F(DataInputTest, ApplyRefusesDataThatWouldNotLoadAgain) {
+  Open(kModifyMode, 2);
+  dialog.TickPtQualifCkB(kQualifierJoin, true);
+  dialog.ClickApply();
+  ExpectBox("Point Add / Edit",
+            "File may only have 0 or 2 sub-division join points specified.\n"
+            "Please correct for a valid file",
+            Icon::Critical);
+  EXPECT_TRUE(dialog.IsOpen());
+}
+
 // A window that enters the rectangle 40 by 30 point by point after "Create New".
 class NewSurveyWindow : public EditWindow {
  public:
