@@ -421,6 +421,7 @@ void DataInputLogic::TickPtQualifCkB(int index, bool ticked) {
   if (index < 0 || index > 2 || !Acting(Name("PtQualifCkB", index))) return;
   constexpr std::array<std::uint8_t, 3> kBits = {kPtIntermediate, kPtJoin, kPtLink};
   Point& point = Current();
+  if (((point.PtFlags & kBits[index]) != 0) == ticked) return;
   if (ticked) {
     point.PtFlags |= kBits[index];
   } else {
@@ -521,6 +522,7 @@ void DataInputLogic::ChooseTypOpt(int index) {
       !Acting(Name("TypOpt", index))) {
     return;
   }
+  if (Ctl("TypOpt", index).checked) return;
   std::uint8_t& type = survey_.Datasets[dataset_].DatasetType;
   std::uint8_t kept = index == 2 ? (type & (kDatasetHasDummy | kDatasetGenerated)) : 0;
   type = kDatasetKindTypes[index] | kept;
