@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -131,13 +132,49 @@ std::string TemporaryName(const std::string& folder, std::string_view suffix) {
   return name;
 }
 
+// Seeded afresh in each process: children forked after a save do not repeat its names.
 std::string RandomSuffix() {
-  static std::minstd_rand random(static_cast<unsigned>(
-      std::chrono::steady_clock::now().time_since_epoch().count() ^ ::getpid()));
+  static std::minstd_rand random;
+  static pid_t seededFor = 0;
+  if (seededFor != ::getpid()) {
+    seededFor = ::getpid();
+    random.seed(static_cast<unsigned>(std::chrono::steady_clock::now().time_since_epoch().count() ^
+                                      seededFor));
+  }
   constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz0123456789";
   std::string suffix(kTemporarySuffixLength, ' ');
   for (char& c : suffix) c = kLetters[random() % kLetters.size()];
   return suffix;
+}
+
+bool IsTemporaryName(std::string_view name) {
+  return name.size() == kTemporaryPrefix.size() + kTemporarySuffixLength &&
+         name.starts_with(kTemporaryPrefix);
+}
+
+// Removes `path` when it is a temporary file that no save holds any more (its save was
+// killed) and still the file that was opened.
+void RemoveIfAbandoned(const std::string& path) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+  if (fd < 0) return;
+  struct stat opened, named;
+  if (::fstat(fd, &opened) == 0 && S_ISREG(opened.st_mode) && ::flock(fd, LOCK_EX | LOCK_NB) == 0 &&
+      ::lstat(path.c_str(), &named) == 0 && named.st_dev == opened.st_dev &&
+      named.st_ino == opened.st_ino) {
+    ::unlink(path.c_str());
+  }
+  ::close(fd);
+}
+
+// The temporary files that killed saves left in `folder` go with the next save there.
+void RemoveAbandonedTemporaries(const std::string& folder) {
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (IsTemporaryName(entry->path().filename().native())) {
+      RemoveIfAbandoned(entry->path().string());
+    }
+  }
 }
 
 // The signals that a user sends to stop a program (Ctrl-C, kill) wait while they are held:
@@ -184,11 +221,16 @@ class Temporary {
     if (!name_.empty() && !placed_ && !kept_) ::unlink(name_.c_str());
   }
 
+  // The file is locked while this save lives, so that a later save can tell a file
+  // abandoned by a killed one from a file still in use.
   std::string Open(TemporaryFile kind) {
 #ifdef O_TMPFILE
     if (kind == TemporaryFile::kUnnamedWherePossible) {
       fd_ = ::open(folder_.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
-      if (fd_ >= 0) return "";
+      if (fd_ >= 0) {
+        ::flock(fd_, LOCK_EX | LOCK_NB);
+        return "";
+      }
       if (!IsUnsupported(errno)) return LastReason();
     }
 #else
@@ -197,6 +239,7 @@ class Temporary {
     std::string name = TemporaryName(folder_, "XXXXXX");
     fd_ = ::mkstemp(name.data());
     if (fd_ < 0) return LastReason();
+    ::flock(fd_, LOCK_EX | LOCK_NB);
     name_ = std::move(name);
     return "";
   }
@@ -210,6 +253,25 @@ class Temporary {
   }
 
   std::string PutInPlace(const std::string& target) {
+    // Held open, the replaced file is freed when this save closes it, not inside the
+    // rename: freeing its blocks can take milliseconds, during which a kill would find
+    // the new file still under its temporary name.
+    const int replaced = ::open(target.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    const std::string reason = NameAndRename(target);
+    if (replaced >= 0) ::close(replaced);
+    return reason;
+  }
+
+  // Kept under a name of its own, which no later save takes for an abandoned file.
+  void Keep() {
+    std::string kept = name_ + "-kept";
+    if (std::rename(name_.c_str(), kept.c_str()) == 0) name_ = std::move(kept);
+    kept_ = true;
+  }
+  const std::string& name() const { return name_; }
+
+ private:
+  std::string NameAndRename(const std::string& target) {
     SignalsHeld held;
     if (name_.empty()) {
       if (std::string reason = GiveName(); !reason.empty()) return reason;
@@ -219,10 +281,6 @@ class Temporary {
     return "";
   }
 
-  void Keep() { kept_ = true; }
-  const std::string& name() const { return name_; }
-
- private:
   // Links the unnamed file into its folder under a fresh temporary name.
   std::string GiveName() {
 #ifdef O_TMPFILE
@@ -286,6 +344,7 @@ SaveResult ReplaceFileSafely(const std::string& path, std::string_view text,
   Target target;
   std::string reason = ExamineTarget(path, target);
   if (reason.empty()) {
+    RemoveAbandonedTemporaries(FolderOf(target.path));
     reason = target.exists && target.info.st_nlink > 1 ? WriteInPlace(target, text)
                                                        : WriteAndReplace(target, text, temporary);
   }
