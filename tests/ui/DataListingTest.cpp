@@ -195,6 +195,9 @@ INSTANTIATE_TEST_SUITE_P(
                     "Invalid Header line data."},
         BadFileCase{"DeclinationNotANumber", "44,#0092,1,0,east,58\nH,M\n1,X,,,0,0\n",
                     "Invalid Header line data."},
+        // The reader's own reading of the header: it refuses a declination past 360.
+        BadFileCase{"DeclinationOutOfRange", "44,#0092,1,0,360.5,58\nH,M\n1,X,,,0,0\n",
+                    "Invalid Header line data."},
         BadFileCase{"BlankBeforeDataset", kGood + "\nH,M\n1,X,,,0,0\n",
                     "File has invalid Datasets."},
         BadFileCase{"DataBeforeDataset", kGood + "1,X,,,0,0\n", "File has invalid Datasets."},
@@ -272,6 +275,37 @@ TEST_F(DataListingFileTest, MissingFileOrFolderIsABadFile) {
     list_.Refresh(survey_);
     EXPECT_EQ(list_.DataLst(), (std::vector<std::string>{"Aborted - Bad File",
                                                          "File selected has Invalid Header."}));
+  }
+}
+
+// Collects what `Write` hands on.
+class CollectedListing : public ListingOutput {
+ public:
+  void Begin(const DataListLogic& list) override {
+    lines.push_back("begin: " + list.LstHdrLbl() + " / " + list.SettingLabels()[1].value);
+  }
+  void Line(std::string_view line) override { lines.emplace_back(line); }
+
+  std::vector<std::string> lines;
+};
+
+// plotmeter-cli prints the lines as they are made: the same lines as the window keeps,
+// after the labels and the heading, from the text it read itself.
+TEST_F(DataListingFileTest, WriteHandsOnTheLinesThatRefreshKeeps) {
+  survey_.FileTag = "Lot 7";
+  const std::string texts[] = {
+      std::string(kHeader) + "H,M,Front\n1,XA,,,3,4,151 30.25 E,33 15.5 S\nH,P\n2,B,1,,90,5\n",
+      kGood + "H,M\n1,XB,,,0,0\n"};
+  for (const std::string& text : texts) {
+    for (const bool processed : {false, true}) {
+      list_.ProcdCkB = processed;
+      std::vector<std::string> kept = ListFile(text);
+      kept.insert(kept.begin(), "begin: " + list_.LstHdrLbl() + " / Lot 7");
+      CollectedListing written;
+      list_.Write(survey_, text, written);
+      EXPECT_EQ(written.lines, kept) << text;
+      EXPECT_TRUE(list_.DataLst().empty());
+    }
   }
 }
 
