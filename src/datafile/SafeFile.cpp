@@ -72,6 +72,7 @@ bool MayWrite(const Target& target) {
 }
 
 std::string ExamineTarget(const std::string& path, Target& target) {
+  if (path.empty()) return SystemReason(ENOENT);
   if (fs::path(path).filename().empty()) return SystemReason(EISDIR);
   if (std::string reason = FollowLinks(path, target.path); !reason.empty()) return reason;
   if (::lstat(target.path.c_str(), &target.info) != 0) {
@@ -338,6 +339,11 @@ std::string WriteInPlace(const Target& target, std::string_view text) {
 }
 
 }  // namespace
+
+bool FolderExists(const std::string& path) {
+  std::error_code error;
+  return fs::is_directory(FolderOf(path), error);
+}
 
 SaveResult ReplaceFileSafely(const std::string& path, std::string_view text,
                              TemporaryFile temporary) {

@@ -6,6 +6,9 @@
 
 namespace plotmeter {
 
+// True when the folder part of `path` exists (the current folder for a bare name).
+bool FolderExists(const std::string& path);
+
 // How a save ended: saved, or why not, in the system's words ("No space left on device").
 struct SaveResult {
   bool saved = false;

@@ -163,7 +163,8 @@ std::string PointLine(const PointRow& row, const Layout& layout) {
   }
   line += type;
   line += row.ref.empty() ? std::string("   ") : FormatText(row.ref, "@@@");
-  line += row.target.empty() ? std::string("    ") : " " + FormatText(row.target, "@@@");
+  line += ' ';
+  line += row.target.empty() ? std::string("   ") : FormatText(row.target, "@@@");
   for (const Group& group : layout.groups) {
     line += kGroupMark;
     for (Column column : group.columns) {
