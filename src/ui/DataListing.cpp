@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -556,16 +557,24 @@ class DataListLogic::HandedLines : public Lines {
 };
 
 void DataListLogic::Refresh(const Survey& survey) {
-  Start(survey);
-  KeptLines kept(*this);
-  if (ProcdCkB) {
-    ListProcessed(survey, kept);
-    return;
+  try {
+    Start(survey);
+    KeptLines kept(*this);
+    if (ProcdCkB) {
+      ListProcessed(survey, kept);
+      return;
+    }
+    std::string text;
+    const bool read = ReadDataFileText(survey.CurrentFileName, text).fault == 0;
+    const std::string_view view(text);
+    ListFile(read ? &view : nullptr, kept);
+  } catch (const std::bad_alloc&) {
+    // A listing too long for the memory left is given up, its memory freed, and shown as
+    // the listing of a file that cannot be read.
+    Start(survey);
+    KeptLines kept(*this);
+    ListFile(nullptr, kept);
   }
-  std::string text;
-  const bool read = ReadDataFileText(survey.CurrentFileName, text).fault == 0;
-  const std::string_view view(text);
-  ListFile(read ? &view : nullptr, kept);
 }
 
 void DataListLogic::Write(const Survey& survey, std::string_view fileText, ListingOutput& output) {

@@ -66,7 +66,8 @@ class DataListLogic {
   // Rebuilds everything from the survey. With "Processed" cleared the data file named by
   // `CurrentFileName` is read again line by line and only its input columns are listed,
   // values as typed; with it ticked the processed survey in memory is listed with every
-  // chosen column group.
+  // chosen column group. A listing too long for the memory left shows as the listing of a
+  // file that cannot be read.
   void Refresh(const Survey& survey);
   // As `Refresh`, but the listing from the file lists `fileText`, the data file's text as
   // the reader takes it (read once by the caller), and every line goes to `output` as it

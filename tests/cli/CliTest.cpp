@@ -2,7 +2,6 @@
 // The boxes' own texts are tested where they are made; here only how they are passed on.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,6 +17,7 @@
 
 #include "cli/Cli.h"
 #include "cli/TextOutput.h"
+#include "support/MemoryLimit.h"
 #include "support/TestFolder.h"
 
 namespace plotmeter {
@@ -337,27 +337,17 @@ TEST_F(CliTest, FailedWritesOfTheResultsGiveAMessageAndStatusOne) {
   }
 }
 
-#if defined(__SANITIZE_ADDRESS__)
-#define PLOTMETER_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define PLOTMETER_ADDRESS_SANITIZER 1
-#endif
-#endif
-
+#ifndef PLOTMETER_ADDRESS_SANITIZER
 // Lists `file` with only a little more address space than the process holds; exits with
 // the status of the list command, its boxes on standard error.
 [[noreturn]] void ListWithLittleMemory(const std::string& file) {
-  long pages = 0;
-  std::ifstream("/proc/self/statm") >> pages;
-  const rlim_t room = static_cast<rlim_t>(pages) * ::sysconf(_SC_PAGESIZE) + (64 << 20);
-  const struct rlimit limit = {room, room};
-  ::setrlimit(RLIMIT_AS, &limit);
+  testing::LimitAddressSpace(64 << 20);
   std::ostringstream out, err;
   const int status = RunCli(std::vector<std::string>{"list", file}, out, err);
   std::cerr << err.str();
   std::exit(status);
 }
+#endif
 
 // Memory running out is a refusal like any other: a message and status 1.
 TEST_F(CliTest, OutOfMemoryGivesAMessageAndStatusOne) {

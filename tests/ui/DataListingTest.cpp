@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "support/MemoryLimit.h"
 #include "support/PlotSurveys.h"
 #include "support/TestFolder.h"
 #include "ui/DataListing.h"
@@ -307,6 +309,29 @@ TEST_F(DataListingFileTest, WriteHandsOnTheLinesThatRefreshKeeps) {
       EXPECT_TRUE(list_.DataLst().empty());
     }
   }
+}
+
+#ifndef PLOTMETER_ADDRESS_SANITIZER
+// Lists with little memory left; exits 0 when the listing was given up for the abort of a
+// file that cannot be read.
+[[noreturn]] void ListWithLittleMemory(DataListLogic& list, const Survey& survey) {
+  testing::LimitAddressSpace(48 << 20);
+  list.Refresh(survey);
+  const std::vector<std::string> givenUp = {"Aborted - Bad File",
+                                            "File selected has Invalid Header."};
+  std::exit(list.DataLst() == givenUp ? 0 : 1);
+}
+#endif
+
+TEST_F(DataListingFileTest, AListingTooLongForTheMemoryLeftIsGivenUpNotACrash) {
+#ifdef PLOTMETER_ADDRESS_SANITIZER
+  GTEST_SKIP() << "AddressSanitizer needs more address space than the limit leaves";
+#else
+  std::string text = std::string(kHeader) + "H,P\n";
+  for (int i = 1; i <= 600'000; ++i) text += std::to_string(i) + ",X,,,1,2\n";
+  survey_.CurrentFileName = folder_.Write("survey.csv", text);
+  EXPECT_EXIT(ListWithLittleMemory(list_, survey_), ::testing::ExitedWithCode(0), "");
+#endif
 }
 
 // Arbitrary bytes and long lines end in a listing or an abort, never in a
