@@ -4,10 +4,13 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <new>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "cli/Commands.h"
+#include "cli/TextOutput.h"
 #include "geometry/Area.h"
 #include "ui/DataListing.h"
 
@@ -29,8 +32,8 @@ constexpr const char* kUsage =
 constexpr const char* kFooter =
     "Message boxes are printed to standard error as blocks headed [TITLE]; questions are\n"
     "answered No (Cancel) unless --yes is given.\n"
-    "Exit status: 0 loaded and processed (or written), 1 file refused or processing\n"
-    "failed, 2 usage error.";
+    "Exit status: 0 loaded and processed (or written), 1 file refused, processing\n"
+    "failed or output not written, 2 usage error.";
 
 struct NamedBit {
   std::string_view name;
@@ -202,6 +205,15 @@ int UsageError(std::ostream& err, const std::string& message) {
   return kStatusUsage;
 }
 
+// Like the usual command-line tools, a failed write of the results is an error: output cut
+// short by a full disk must not pass for the whole.
+int OutputError(std::ostream& err, int error) {
+  err << "plotmeter-cli: error writing standard output";
+  if (error != 0) err << ": " << std::generic_category().message(error);
+  err << '\n';
+  return kStatusFailed;
+}
+
 int Dispatch(const CLI::App& app, Parsed& parsed, std::ostream& out, std::ostream& err) {
   if (app.got_subcommand("check")) {
     parsed.check.yes = parsed.yes;
@@ -229,7 +241,8 @@ int Dispatch(const CLI::App& app, Parsed& parsed, std::ostream& out, std::ostrea
 
 }  // namespace
 
-int RunCli(std::span<const std::string> args, std::ostream& out, std::ostream& err) {
+int RunCli(std::span<const std::string> args, std::ostream& out, std::ostream& err,
+           bool outIsTerminal) {
   CLI::App app{"Plotmeter: the area of a plot of land from survey data", "plotmeter-cli"};
   app.set_version_flag("--version", kVersion);
   app.footer(kFooter);
@@ -243,6 +256,7 @@ int RunCli(std::span<const std::string> args, std::ostream& out, std::ostream& e
   AddSave(app, parsed);
   AddExport(app, parsed);
 
+  parsed.list.terminal = outIsTerminal;
   const std::string unknown = UnknownCommand(app, args);
   if (!unknown.empty()) return UsageError(err, "unknown command '" + unknown + "'");
   std::vector<std::string> reversed(args.rbegin(), args.rend());
@@ -254,7 +268,17 @@ int RunCli(std::span<const std::string> args, std::ostream& out, std::ostream& e
     }
     return UsageError(err, e.what());
   }
-  return Dispatch(app, parsed, out, err);
+  int status = kStatusOk;
+  try {
+    status = Dispatch(app, parsed, out, err);
+  } catch (const std::bad_alloc&) {
+    err << "plotmeter-cli: out of memory\n";
+    status = kStatusFailed;
+  }
+  out.flush();
+  if (out) return status;
+  const auto* file = dynamic_cast<const OutputFile*>(out.rdbuf());
+  return OutputError(err, file ? file->error() : 0);
 }
 
 }  // namespace plotmeter

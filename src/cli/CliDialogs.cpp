@@ -41,14 +41,12 @@ Button CliDialogs::Show(const MessageBox& box) {
   if (!fileHeading_.empty()) err_ << fileHeading_ << ": ";
   std::string block = "[" + box.title + "]\n";
   if (!box.text.empty()) block += box.text + "\n";
+  err_ << Utf8FromLatin1(block);
+  // The detail is the system's own text (a path, its reason), not single-byte text.
+  if (!box.detail.empty()) err_ << box.detail << '\n';
   const Button answer = Answer(box.buttons);
-  if (box.buttons != Buttons::Ok) {
-    block += "> ";
-    block += ButtonText(answer);
-    block += '\n';
-  }
-  block += '\n';
-  err_ << Utf8FromLatin1(block) << std::flush;
+  if (box.buttons != Buttons::Ok) err_ << "> " << ButtonText(answer) << '\n';
+  err_ << '\n' << std::flush;
   return answer;
 }
 

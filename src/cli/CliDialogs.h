@@ -2,6 +2,7 @@
 //
 //   [TITLE]
 //   the text, each line break a new line
+//   the detail      (only where the system gave a reason: the path and the reason)
 //   > No            (questions only: the answer used)
 //   (an empty line)
 //

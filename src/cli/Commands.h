@@ -12,7 +12,7 @@ namespace plotmeter {
 
 // Exit statuses.
 inline constexpr int kStatusOk = 0;
-inline constexpr int kStatusFailed = 1;
+inline constexpr int kStatusFailed = 1;  // also output that could not be written
 inline constexpr int kStatusUsage = 2;
 
 struct CheckOptions {
@@ -34,6 +34,7 @@ struct ListOptions {
   std::uint8_t showColumns = 0x01;  // "Input Data", as the window opens
   std::uint8_t includeSets = 0x1F;  // bit i ticks `IncludeCkB` box i
   bool yes = false;
+  bool terminal = false;  // standard output is a terminal: control bytes are shown harmlessly
 };
 
 struct SaveOptions {

@@ -22,10 +22,14 @@ class FileOutput {
  public:
   FileOutput(std::ostream& out, std::string heading) : out_(out), heading_(std::move(heading)) {}
 
+  // Control bytes of the lines' text (an escape sequence, a bell, a NUL in a tag) are
+  // shown in caret notation rather than sent, as for a terminal.
+  void ShowControlsHarmlessly(bool show) { showControls_ = show; }
+
   // A line of the program's own (single-byte) text.
   void Line(std::string_view text) {
     Heading();
-    WriteLine(out_, text);
+    WriteLine(out_, showControls_ ? ShowControls(text) : std::string(text));
   }
   // A line already in UTF-8 that names its file itself (a JSON object): no heading.
   void UnheadedLine(std::string_view text) { out_ << text << '\n'; }
@@ -37,6 +41,7 @@ class FileOutput {
 
   std::ostream& out_;
   std::string heading_;
+  bool showControls_ = false;
 };
 
 // Runs `work` on each file in turn and returns the worst status.

@@ -1,54 +1,35 @@
 #include "datafile/DataFileReader.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <cerrno>
+#include <new>
 #include <string_view>
+#include <system_error>
 
+#include "datafile/DataFileSyntax.h"
 #include "datafile/FileText.h"
+#include "datafile/InputText.h"
 #include "datafile/PointTableChecks.h"
 
 namespace plotmeter {
 
 namespace {
 
-constexpr std::string_view kProgramIdentifier = "#0092";
 constexpr char kFieldSeparatorAtStart = ',';
 constexpr char kSubValueSeparatorAtStart = '\\';  // code 92, as the main window sets it
 constexpr int kMaxJoinPoints = 2;
 
-// The size of a seekable input, so that its text is allocated once; 0 when unknown.
-std::size_t InputSize(std::istream& in) {
-  const auto start = in.tellg();
-  if (start < 0 || !in.seekg(0, std::ios::end)) return 0;
-  const auto end = in.tellg();
-  in.seekg(start);
-  return end > start ? static_cast<std::size_t>(end - start) : 0;
-}
-
-// Reads the whole input, or fails when it cannot be read or is larger than the limit.
-bool ReadAll(std::istream& in, std::string& text) {
-  if (!in) return false;
-  text.clear();
-  const std::size_t size = InputSize(in);
-  if (size > kMaxReadBytes) return false;
-  text.reserve(size);
-  std::array<char, 1 << 16> buffer;
-  while (in) {
-    in.read(buffer.data(), buffer.size());
-    text.append(buffer.data(), static_cast<std::size_t>(in.gcount()));
-    if (text.size() > kMaxReadBytes) return false;
-  }
-  return !in.bad();
-}
-
-bool IsDatasetHeader(std::string_view line, char separator) {
-  std::array<std::string_view, 1> first;
-  SplitFields(line, separator, first);
-  std::string_view marker = TrimBlanks(first[0]);
-  return marker == "H" || marker == "h";
+// Fault 1 for an input that could not be read, with the system's reason (and the path,
+// when there is one) as its detail.
+ReadResult CannotRead(const std::string& path, int error) {
+  std::string detail = path;
+  if (!detail.empty()) detail += ": ";
+  detail += std::generic_category().message(error);
+  return ReadResult{.fault = 1, .point = -1, .detail = std::move(detail)};
 }
 
 // The writer's own lines at the top: "//" with nothing but separators (the default
@@ -70,69 +51,6 @@ bool ReadPointReference(std::string_view field, int& number) {
   if (!value || *value < 0) return false;
   number = *value;
   return true;
-}
-
-// The type field of a data line: its one type letter and its flag letters.
-struct TypeField {
-  int typeLetters = 0;
-  char type = '\0';
-  bool unknownLetter = false;
-  bool flagA = false, flagI = false, flagJ = false, flagL = false, flagF = false;
-
-  bool AnyFlag() const { return flagA || flagI || flagJ || flagL || flagF; }
-  bool IsBearing() const { return type == 'B' || type == 'C'; }
-};
-
-// Read in capitals, so the writer's "s" (shared) reads as "S" and is passed over.
-TypeField ReadTypeField(std::string_view field) {
-  TypeField result;
-  for (char c : field) {
-    switch (c) {
-      case 'x':
-      case 'X':
-      case 'b':
-      case 'B':
-      case 'c':
-      case 'C':
-      case 'g':
-      case 'G':
-      case 'r':
-      case 'R':
-      case 'd':
-      case 'D':
-        ++result.typeLetters;
-        result.type = static_cast<char>(c & ~0x20);
-        break;
-      case 'a':
-      case 'A':
-        result.flagA = true;
-        break;
-      case 'i':
-      case 'I':
-        result.flagI = true;
-        break;
-      case 'j':
-      case 'J':
-        result.flagJ = true;
-        break;
-      case 'l':
-      case 'L':
-        result.flagL = true;
-        break;
-      case 'f':
-      case 'F':
-        result.flagF = true;
-        break;
-      case 's':
-      case 'S':
-      case ' ':
-      case '\t':
-        break;
-      default:
-        result.unknownLetter = true;
-    }
-  }
-  return result;
 }
 
 void SetPointType(const TypeField& type, Point& point) {
@@ -182,25 +100,31 @@ class DataFileParser {
 
  private:
   // At most one point a line: reserving them at once spares a large file the copies and
-  // the doubled memory of a growing table. Pages never written cost nothing.
+  // the doubled memory of a growing table. Pages never written cost nothing. Every line
+  // ends in LF or CR (CR LF counts twice, which only reserves more).
   void ReservePoints() {
-    const auto lines = static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '\n'));
-    survey_.Points.reserve(std::min<std::size_t>(lines + 1, kMaxReadPoints + 1));
+    const auto breaks = static_cast<std::size_t>(
+        std::count_if(text_.begin(), text_.end(), [](char c) { return c == '\n' || c == '\r'; }));
+    survey_.Points.reserve(std::min<std::size_t>(breaks + 1, kMaxReadPoints + 1));
   }
 
   int ReadTopAndHeader() {
-    std::string_view line;
+    std::string_view header;
     std::vector<std::string_view> top;
-    while (lines_.Next(line)) {
-      if (TrimBlanks(line).empty()) return 1;
-      if (!TrimBlanks(line).starts_with("//")) {
-        int fault = ReadHeader(line);
-        if (fault == 0) KeepUserComments(top);
-        return fault;
-      }
-      top.push_back(line);
-    }
-    return 1;
+    if (int fault = lines_.ToHeader(header, &top); fault != 0) return fault;
+    const char separator = HeaderSeparator(header);
+    if (separator == '\0') return 3;
+    FileHeader fields;
+    if (int fault = ReadHeaderFields(header, separator, fields); fault != 0) return fault;
+    survey_.FieldSeparator = separator;
+    survey_.UnitOfMeasure = fields.unit;
+    if (fields.options & 1) survey_.FileFlags |= kFileOption;
+    survey_.MagneticDeclination = fields.declination;
+    if (fields.declination != 0) survey_.FileFlags |= kFileMagnetic;
+    survey_.SubValueSeparator = fields.subValueSeparator;
+    survey_.FileTag = std::string(fields.tag);
+    KeepUserComments(top);
+    return 0;
   }
 
   void KeepUserComments(const std::vector<std::string_view>& top) {
@@ -212,66 +136,18 @@ class DataFileParser {
     }
   }
 
-  int ReadHeader(std::string_view line) {
-    std::string_view text = TrimBlanks(line);
-    std::size_t digits = 0;
-    while (digits < text.size() && digits < 4 && text[digits] >= '0' && text[digits] <= '9') {
-      ++digits;
-    }
-    std::optional<int> code = ParseWholeNumber(text.substr(0, digits));
-    if (!code || *code < 1 || *code > 255) return 3;
-    char separator = static_cast<char>(*code);
-    std::size_t at = text.find(separator);
-    if (at == std::string_view::npos || TrimBlanks(text.substr(0, at)) != text.substr(0, digits)) {
-      return 3;
-    }
-    survey_.FieldSeparator = separator;
-
-    std::array<std::string_view, 6> fields;
-    SplitFields(text, separator, fields);
-    for (auto& field : fields) field = TrimBlanks(field);
-    if (fields[1] != kProgramIdentifier) return 2;
-    if (fields[2].empty()) return 3;
-    std::optional<int> unit = ParseWholeNumber(fields[2]);
-    if (!unit) return 3;
-    if (*unit < 0 || *unit >= kUnitCount) return 42;
-    survey_.UnitOfMeasure = *unit;
-
-    std::optional<int> options = fields[3].empty() ? 0 : ParseWholeNumber(fields[3]);
-    if (!options) return 3;
-    if (*options & 1) survey_.FileFlags |= kFileOption;
-
-    std::optional<float> declination = fields[4].empty() ? 0.0f : ParseDecimal(fields[4]);
-    if (!declination || *declination < -360 || *declination > 360) return 3;
-    survey_.MagneticDeclination = *declination;
-    if (*declination != 0) survey_.FileFlags |= kFileMagnetic;
-
-    std::optional<int> subValue = ParseWholeNumber(fields[5]);
-    if (!subValue || *subValue < 0 || *subValue > 255) return 43;
-    survey_.SubValueSeparator = static_cast<char>(*subValue);
-
-    survey_.FileTag = std::string(TextAfterFields(text, separator, 6));
-    return 0;
-  }
-
   // Comments between the header and the first dataset header; nothing else may stand there.
   int ReadToFirstDataset() {
     std::string_view line;
-    while (lines_.Next(line)) {
-      if (TrimBlanks(line).empty()) return 8;
-      if (IsCommentLine(line, survey_.FieldSeparator)) continue;
-      if (!IsDatasetHeader(line, survey_.FieldSeparator)) return 8;
-      return ReadDatasetHeader(line);
-    }
-    return 8;
+    if (int fault = lines_.ToFirstDataset(survey_.FieldSeparator, line); fault != 0) return fault;
+    return StartDataset(line);
   }
 
   int ReadDatasets() {
     std::string_view line;
-    char separator = survey_.FieldSeparator;
-    while (lines_.Next(line)) {
-      if (IsEmptyRow(line, separator) || IsCommentLine(line, separator)) continue;
-      int fault = IsDatasetHeader(line, separator) ? ReadDatasetHeader(line) : ReadDataLine(line);
+    const char separator = survey_.FieldSeparator;
+    while (lines_.NextContentLine(separator, line)) {
+      int fault = IsDatasetHeader(line, separator) ? StartDataset(line) : ReadDataLine(line);
       if (fault != 0) return fault;
     }
     return CurrentDatasetIsEmpty() ? 8 : 0;
@@ -282,21 +158,18 @@ class DataFileParser {
            survey_.Datasets.back().DatasetStart == survey_.PointCount();
   }
 
-  int ReadDatasetHeader(std::string_view line) {
+  int StartDataset(std::string_view line) {
     point_ = -1;
     if (CurrentDatasetIsEmpty()) return 8;
-    char separator = survey_.FieldSeparator;
-    std::array<std::string_view, 2> fields;
-    SplitFields(line, separator, fields);
-    std::string_view code = TrimBlanks(fields[1]);
-    std::uint8_t type = code.size() == 1 ? DatasetTypeFromLetter(code[0]) : 0;
-    if (type == 0) return 41;
-    if ((type & kDatasetMain) && survey_.FindDataset(kDatasetMain) >= 0) return 6;
-    if ((type & kDatasetSubDivision) && survey_.FindDataset(kDatasetSubDivision) >= 0) return 7;
-    survey_.Datasets.push_back(
-        Dataset{.DatasetType = type,
-                .DatasetStart = survey_.PointCount(),
-                .DatasetTag = std::string(TextAfterFields(line, separator, 2))});
+    const DatasetHeader header = ReadDatasetHeader(line, survey_.FieldSeparator);
+    if (header.type == 0) return 41;
+    if ((header.type & kDatasetMain) && survey_.FindDataset(kDatasetMain) >= 0) return 6;
+    if ((header.type & kDatasetSubDivision) && survey_.FindDataset(kDatasetSubDivision) >= 0) {
+      return 7;
+    }
+    survey_.Datasets.push_back(Dataset{.DatasetType = header.type,
+                                       .DatasetStart = survey_.PointCount(),
+                                       .DatasetTag = std::string(header.tag)});
     return 0;
   }
 
@@ -369,7 +242,7 @@ class DataFileParser {
 
   Survey& survey_;
   std::string_view text_;
-  LineCursor lines_;
+  DataFileLines lines_;
   int point_ = -1;
   int linkCount_ = 0;
 };
@@ -385,23 +258,46 @@ void ResetLoadedFile(Survey& survey) {
   survey.UserComments.clear();
 }
 
-ReadResult ReadDataFile(Survey& survey, std::istream& in) {
+ReadResult ReadDataText(Survey& survey, std::string_view text) {
   ResetLoadedFile(survey);
+  try {
+    return DataFileParser(survey, text).Parse();
+  } catch (const std::bad_alloc&) {
+    ResetLoadedFile(survey);
+    return CannotRead(survey.CurrentFileName, ENOMEM);
+  }
+}
+
+ReadResult ReadDataFile(Survey& survey, std::istream& in) {
   std::string text;
-  if (!ReadAll(in, text)) return {1, -1};
+  if (int error = ReadAllInput(in, text, kMaxReadBytes); error != 0) {
+    ResetLoadedFile(survey);
+    return CannotRead(survey.CurrentFileName, error);
+  }
   ConvertEditorUtf8(text);
-  return DataFileParser(survey, text).Parse();
+  return ReadDataText(survey, text);
+}
+
+ReadResult ReadDataFileText(const std::string& path, std::string& text) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const int error = fd < 0 ? errno : ReadAllInput(fd, text, kMaxReadBytes);
+  if (fd >= 0) ::close(fd);
+  if (error != 0) {
+    text = std::string();
+    return CannotRead(path, error);
+  }
+  ConvertEditorUtf8(text);
+  return {};
 }
 
 ReadResult ReadDataFile(Survey& survey, const std::string& path) {
   survey.CurrentFileName = path;
-  std::error_code error;
-  if (std::filesystem::is_directory(path, error)) {
+  std::string text;
+  if (ReadResult read = ReadDataFileText(path, text); read.fault != 0) {
     ResetLoadedFile(survey);
-    return {1, -1};
+    return read;
   }
-  std::ifstream in(path, std::ios::binary);
-  return ReadDataFile(survey, in);
+  return ReadDataText(survey, text);
 }
 
 std::string ReadFaultMessage(int code, int reference) {

@@ -68,6 +68,7 @@
 
 #include <istream>
 #include <string>
+#include <string_view>
 
 #include "model/Survey.h"
 #include "model/UserDialogs.h"
@@ -87,14 +88,26 @@ struct ReadResult {
   int point = -1;
   // For fault 14: the point number that the reference names.
   int reference = 0;
+  // For fault 1, when the input could not be read: the path and the system's reason
+  // ("No such file or directory"), shown beside the fault's message.
+  std::string detail;
 };
 
-// Reads a data file from `in` into `survey`, replacing what it held (the degree mark,
-// writer options and current file name stay). On a fault the survey is partly filled;
-// `CheckLoadedData` reports it and clears the survey.
+// The whole text of the data file at `path`, read once, as the reader takes it: a file
+// saved as UTF-8 by a text editor reads as its single-byte form. A file larger than
+// `kMaxReadBytes` is refused before it is read, and a stream (a pipe, a device) as soon as
+// it passes that size. Fault 1, with its detail, when the file cannot be read; `text` is
+// then empty.
+ReadResult ReadDataFileText(const std::string& path, std::string& text);
+
+// Reads the text of a data file (as `ReadDataFileText` gives it) into `survey`, replacing
+// what it held (the degree mark, writer options and current file name stay). On a fault
+// the survey is partly filled; `CheckLoadedData` reports it and clears the survey. Memory
+// that runs out is fault 1, with an empty survey.
+ReadResult ReadDataText(Survey& survey, std::string_view text);
+// The same from a stream, read to its end.
 ReadResult ReadDataFile(Survey& survey, std::istream& in);
-// Sets `survey.CurrentFileName` to `path` and reads that file (fault 1 when it cannot be
-// opened or is a folder).
+// Sets `survey.CurrentFileName` to `path` and reads that file.
 ReadResult ReadDataFile(Survey& survey, const std::string& path);
 
 // True when the survey is good to process. Otherwise the fault has been shown in a

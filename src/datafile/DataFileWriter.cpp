@@ -1,8 +1,11 @@
 #include "datafile/DataFileWriter.h"
 
 #include <array>
+#include <cerrno>
+#include <new>
 #include <sstream>
 #include <string_view>
+#include <system_error>
 
 #include "datafile/FileText.h"
 #include "datafile/SafeFile.h"
@@ -309,17 +312,29 @@ int WriteSurvey(Survey& survey, std::ostream& out) {
 }
 
 bool WriteDataFile(Survey& survey, const std::string& path, UserDialogs& dialogs) {
-  std::ostringstream text;
-  int fault = WriteSurvey(survey, text);
-  if (fault == 0 && !(FolderExists(path) && ReplaceFileSafely(path, text.view()))) {
+  int fault = 0;
+  std::string reason;
+  try {
+    std::ostringstream text;
+    fault = WriteSurvey(survey, text);
+    if (fault == 0) {
+      SaveResult saved = ReplaceFileSafely(path, text.view());
+      if (!saved.saved) {
+        fault = kWriteCannotOpen;
+        reason = std::move(saved.reason);
+      }
+    }
+  } catch (const std::bad_alloc&) {
     fault = kWriteCannotOpen;
+    reason = std::generic_category().message(ENOMEM);
   }
   if (fault == 0) return true;
   Alert(dialogs, MessageBox{.title = "Write File Abort",
                             .text = WriteFaultMessage(fault),
                             .icon = Icon::Critical,
                             .buttons = Buttons::Ok,
-                            .defaultButton = Button::Ok});
+                            .defaultButton = Button::Ok,
+                            .detail = reason.empty() ? reason : path + ": " + reason});
   return false;
 }
 

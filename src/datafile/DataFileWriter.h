@@ -41,8 +41,9 @@ inline constexpr int kWriteUnreadable = 4;
 int WriteSurvey(Survey& survey, std::ostream& out);
 
 // Writes the survey to `path` by way of a temporary file (a failure leaves any previous
-// file whole). True when written; otherwise the fault has been shown in a critical
-// "Write File Abort" box, after a beep.
+// file whole; see `ReplaceFileSafely`). True when written; otherwise the fault has been
+// shown in a critical "Write File Abort" box, after a beep, with the system's reason and
+// the path as its detail where the system gave one.
 bool WriteDataFile(Survey& survey, const std::string& path, UserDialogs& dialogs);
 
 // "Cannot open file - check is not being used by another program." (1), "GPS values

@@ -1,5 +1,6 @@
 #include "datafile/FileText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -65,22 +66,22 @@ void ConvertEditorUtf8(std::string& text) {
   text.resize(out);
 }
 
+std::size_t LineCursor::Find(char c, std::size_t from, std::size_t end) const {
+  const void* found = std::memchr(text_.data() + from, c, end - from);
+  return found ? static_cast<std::size_t>(static_cast<const char*>(found) - text_.data()) : end;
+}
+
 bool LineCursor::Next(std::string_view& line) {
   if (AtEnd()) return false;
-  const char* begin = text_.data() + position_;
-  std::size_t remaining = text_.size() - position_;
-  const void* lf = std::memchr(begin, '\n', remaining);
-  std::size_t length =
-      lf ? static_cast<std::size_t>(static_cast<const char*>(lf) - begin) : remaining;
-  std::size_t skip = lf ? 1 : 0;
-  // A CR ends the line too: before the LF it is half of CR LF, elsewhere a line break alone.
-  if (const void* cr = std::memchr(begin, '\r', length)) {
-    std::size_t at = static_cast<std::size_t>(static_cast<const char*>(cr) - begin);
-    skip = (at + 1 == length && lf) ? 2 : 1;
-    length = at;
+  if (nextLf_ == std::string_view::npos || nextLf_ < position_) {
+    nextLf_ = Find('\n', position_, text_.size());
   }
-  line = std::string_view(begin, length);
-  position_ += length + skip;
+  // A CR ends the line too: just before the LF it is half of CR LF, elsewhere a line break
+  // alone.
+  const std::size_t cr = Find('\r', position_, nextLf_);
+  const std::size_t end = std::min(cr, nextLf_);
+  line = text_.substr(position_, end - position_);
+  position_ = (cr + 1 == nextLf_) ? nextLf_ + 1 : end + 1;
   return true;
 }
 

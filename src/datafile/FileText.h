@@ -21,7 +21,7 @@ std::string_view TrimTrailingBlanks(std::string_view text);
 void ConvertEditorUtf8(std::string& text);
 
 // Walks the lines of a text; a line ends at LF, CR LF or a lone CR, and the line break is
-// not part of the line.
+// not part of the line. Every line ending costs the same: the whole text is walked once.
 class LineCursor {
  public:
   explicit LineCursor(std::string_view text) : text_(text) {}
@@ -29,8 +29,14 @@ class LineCursor {
   bool AtEnd() const { return position_ >= text_.size(); }
 
  private:
+  // The first `c` at or after `from`, or the end of the text.
+  std::size_t Find(char c, std::size_t from, std::size_t end) const;
+
   std::string_view text_;
   std::size_t position_ = 0;
+  // The next LF at or after `position_` (the end of the text for none), once searched: a
+  // text of lone CRs would otherwise be searched to its end for every line.
+  std::size_t nextLf_ = std::string_view::npos;
 };
 
 // Splits `line` at `separator` into the first N fields, untrimmed; fields beyond the

@@ -100,7 +100,8 @@ void ReportReadFault(Survey& survey, const ReadResult& read, UserDialogs& dialog
                  .text = ReadFaultText(read) + "\nPlease correct for a valid file",
                  .icon = Icon::Critical,
                  .buttons = Buttons::Ok,
-                 .defaultButton = Button::Ok};
+                 .defaultButton = Button::Ok,
+                 .detail = read.detail};
   Alert(dialogs, box);
   ResetLoadedFile(survey);
 }

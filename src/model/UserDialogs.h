@@ -18,6 +18,10 @@ struct MessageBox {
   Icon icon = Icon::None;
   Buttons buttons = Buttons::Ok;
   Button defaultButton = Button::Ok;
+  // Where the system gave a reason for the fault: the reason and the file's path, shown
+  // apart from the fixed text (the window's detailed text). In the file system's own
+  // encoding, not single-byte text. Empty for none.
+  std::string detail;
 };
 
 // What the common file dialog is asked for. Mode 0 opens an existing file, 1 saves a

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
+#include <new>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "datafile/DataFileReader.h"
+#include "datafile/DataFileSyntax.h"
 #include "datafile/FileText.h"
 #include "model/NumberFormat.h"
 #include "model/ValueFormat.h"
@@ -165,7 +164,8 @@ std::string PointLine(const PointRow& row, const Layout& layout) {
   }
   line += type;
   line += row.ref.empty() ? std::string("   ") : FormatText(row.ref, "@@@");
-  line += row.target.empty() ? std::string("    ") : " " + FormatText(row.target, "@@@");
+  line += ' ';
+  line += row.target.empty() ? std::string("   ") : FormatText(row.target, "@@@");
   for (const Group& group : layout.groups) {
     line += kGroupMark;
     for (Column column : group.columns) {
@@ -350,7 +350,7 @@ std::string ClosingLineRow(const Dataset& dataset, const Layout& layout, std::ui
 }
 
 // ---------------------------------------------------------------------------------------
-// The data file, read again with the listing's own checks
+// The data file as the reader reads it, with the listing's own checks and reasons
 
 constexpr std::string_view kBadHeader = "File selected has Invalid Header.";
 constexpr std::string_view kBadHeaderData = "Invalid Header line data.";
@@ -365,80 +365,30 @@ constexpr std::string_view kUnknownType = "Data line with unknown type code.";
 constexpr std::string_view kMultipleDummies = "Multiple Sub-div dummy lines present.";
 constexpr std::string_view kNoType = "No type code present.";
 
-constexpr std::string_view kTypeLetters = "CBXDGR";
-
-bool IsWholeNumberIn(std::string_view text, int low, int high) {
-  const std::optional<int> value = ParseWholeNumber(text);
-  return value && *value >= low && *value <= high;
-}
-
-bool IsDecimalOrEmpty(std::string_view text) { return text.empty() || ParseDecimal(text); }
-
-// The separator that the header's leading digits name, standing alone before its first
-// occurrence; '\0' when they name none.
-char HeaderSeparator(std::string_view header) {
-  std::size_t digits = 0;
-  while (digits < header.size() && digits < 4 && header[digits] >= '0' && header[digits] <= '9') {
-    ++digits;
-  }
-  if (!IsWholeNumberIn(header.substr(0, digits), 1, 255)) return '\0';
-  const char separator = static_cast<char>(*ParseWholeNumber(header.substr(0, digits)));
-  const std::size_t at = header.find(separator);
-  if (at == std::string_view::npos ||
-      TrimBlanks(header.substr(0, at)) != header.substr(0, digits)) {
-    return '\0';
-  }
-  return separator;
-}
-
-bool HeaderFieldsValid(std::string_view header, char separator) {
-  std::array<std::string_view, 6> fields;
-  if (SplitFields(header, separator, fields) < fields.size()) return false;
-  for (auto& field : fields) field = TrimBlanks(field);
-  return fields[1] == "#0092" && IsWholeNumberIn(fields[2], 0, kUnitCount - 1) &&
-         (fields[3].empty() || ParseWholeNumber(fields[3])) && IsDecimalOrEmpty(fields[4]) &&
-         IsWholeNumberIn(fields[5], 0, 255);
-}
-
-bool IsDatasetHeader(std::string_view line, char separator) {
-  std::array<std::string_view, 1> first;
-  SplitFields(line, separator, first);
-  const std::string_view marker = TrimBlanks(first[0]);
-  return marker == "H" || marker == "h";
-}
-
-// The whole file, as the reader takes it: a file saved as UTF-8 by an editor reads as its
-// single-byte form. Nothing for a file that cannot be read or is beyond the reader's size.
-std::optional<std::string> ReadWholeFile(const std::string& path) {
-  std::error_code error;
-  if (path.empty() || std::filesystem::is_directory(path, error)) return std::nullopt;
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return std::nullopt;
-  std::string text;
-  std::array<char, 1 << 16> buffer;
-  while (in) {
-    in.read(buffer.data(), buffer.size());
-    text.append(buffer.data(), static_cast<std::size_t>(in.gcount()));
-    if (text.size() > kMaxReadBytes) return std::nullopt;
-  }
-  if (in.bad()) return std::nullopt;
-  ConvertEditorUtf8(text);
+// The type letter and the flags, in the listing's order.
+std::string TypeText(const TypeField& type) {
+  std::string text(1, type.type);
+  if (type.flagA) text += 'A';
+  if (type.flagI) text += type.shared ? "Is" : "I";
+  if (type.flagJ) text += 'J';
+  if (type.flagL) text += 'L';
+  if (type.flagF) text += 'F';
   return text;
 }
 
-// What the reader hands on of each dataset and data line, as views into the file text.
-class ListingSink {
+// What the reading hands on of each dataset and data line, as views into the file text.
+class FileSink {
  public:
-  virtual ~ListingSink() = default;
+  virtual ~FileSink() = default;
   virtual void Dataset(char code, std::string_view tag) = 0;
   virtual void Point(PointRow& row, bool intermediate) = 0;
 };
 
-// Reads the data file again, line by line, with the listing's own checks; the first
-// fault ends the reading with its reason. The lines that pass are handed to the sink.
+// Reads the data file's text by the reader's own reading of its parts; the first fault
+// ends the reading with the listing's reason for it. The lines that pass go to the sink.
 class ListingFileReader {
  public:
-  ListingFileReader(std::string_view text, ListingSink& sink) : lines_(text), sink_(sink) {}
+  ListingFileReader(std::string_view text, FileSink& sink) : lines_(text), sink_(sink) {}
 
   // The reason the file is bad; empty when it reads well.
   std::string Read() {
@@ -452,42 +402,37 @@ class ListingFileReader {
 
  private:
   std::string ReadAll() {
-    bool more = lines_.Next(line_);
-    while (more && TrimBlanks(line_).starts_with("//")) more = lines_.Next(line_);
-    if (!more || TrimBlanks(line_).empty()) return std::string(kBadHeader);
-    const std::string_view header = TrimBlanks(line_);
+    std::string_view header;
+    if (lines_.ToHeader(header) != 0) return std::string(kBadHeader);
     separator_ = HeaderSeparator(header);
     if (separator_ == '\0') return std::string(kBadHeader);
-    if (!HeaderFieldsValid(header, separator_)) return std::string(kBadHeaderData);
-    for (;;) {
-      if (!lines_.Next(line_) || TrimBlanks(line_).empty()) return std::string(kBadDatasets);
-      if (!IsCommentLine(line_, separator_)) break;
-    }
-    if (!IsDatasetHeader(line_, separator_)) return std::string(kBadDatasets);
+    FileHeader fields;
+    if (ReadHeaderFields(header, separator_, fields) != 0) return std::string(kBadHeaderData);
+    std::string_view line;
+    if (lines_.ToFirstDataset(separator_, line) != 0) return std::string(kBadDatasets);
     do {
-      std::string fault = ReadLine();
+      std::string fault =
+          IsDatasetHeader(line, separator_) ? StartDataset(line) : std::string(ReadPoint(line));
       if (!fault.empty()) return fault;
-    } while (lines_.Next(line_));
+    } while (lines_.NextContentLine(separator_, line));
     return {};
-  }
-
-  std::string ReadLine() {
-    if (IsEmptyRow(line_, separator_) || IsCommentLine(line_, separator_)) return {};
-    if (IsDatasetHeader(line_, separator_)) return StartDataset();
-    return std::string(ReadPoint());
   }
 
   std::string EndDataset() const {
     return datasetCode_ != '\0' && datasetPoints_ == 0 ? std::string(kEmptyDataset) : "";
   }
 
-  std::string StartDataset() {
+  std::string StartDataset(std::string_view line) {
     if (std::string fault = EndDataset(); !fault.empty()) return fault;
-    std::array<std::string_view, 2> fields;
-    SplitFields(line_, separator_, fields);
-    const std::string_view code = TrimBlanks(fields[1]);
-    const char letter = code.size() == 1 ? DatasetLetter(DatasetTypeFromLetter(code[0])) : '\0';
-    if (letter == '\0') return "'" + std::string(code) + "'" + std::string(kInvalidDatasetCode);
+    const DatasetHeader header = ReadDatasetHeader(line, separator_);
+    const char letter = DatasetLetter(header.type);
+    if (letter == '\0') {
+      std::string fault = "'";
+      fault += header.code;
+      fault += "'";
+      fault += kInvalidDatasetCode;
+      return fault;
+    }
     if (letter == 'M' || letter == 'N') {
       if (mainSeen_) return std::string(kMultipleMain);
       mainSeen_ = true;
@@ -498,25 +443,41 @@ class ListingFileReader {
     }
     datasetCode_ = letter;
     datasetPoints_ = 0;
-    sink_.Dataset(letter, TextAfterFields(line_, separator_, 2));
+    sink_.Dataset(letter, header.tag);
     return {};
   }
 
-  std::string_view ReadPoint() {
+  std::string_view ReadPoint(std::string_view line) {
     std::array<std::string_view, 8> fields;
-    SplitFields(line_, separator_, fields);
+    SplitFields(line, separator_, fields);
     for (auto& field : fields) field = TrimBlanks(field);
+    if (fields[1].empty()) return kNoTypeEntry;
+    const TypeField type = ReadTypeField(fields[1]);
+    if (const std::string_view fault = CheckType(type); !fault.empty()) return fault;
+    if (type.type == 'G' || type.flagA || type.flagL) gpsInput_ = true;
     PointRow row;
-    bool intermediate = false;
-    const std::string_view fault = ReadType(fields[1], row.type, intermediate);
-    if (!fault.empty()) return fault;
+    row.type = TypeText(type);
     row.number = fields[0];
     row.ref = NoneWhenZero(fields[2]);
     row.target = NoneWhenZero(fields[3]);
     row.input = {fields[4], fields[5], fields[6], fields[7]};
     FillInputValues(row);
     ++datasetPoints_;
-    sink_.Point(row, intermediate);
+    sink_.Point(row, type.flagI);
+    return {};
+  }
+
+  // A reason when the field holds a letter that is neither type nor flag, several types
+  // or none, or a dummy start ("D") out of place.
+  std::string_view CheckType(const TypeField& type) {
+    if (type.unknownLetter) return kUnknownType;
+    if (type.typeLetters > 1) return kMultipleTypes;
+    if (type.typeLetters == 0) return kNoType;
+    if (type.type == 'D') {
+      if (datasetCode_ != 'S') return kUnknownType;
+      if (dummySeen_) return kMultipleDummies;
+      dummySeen_ = true;
+    }
     return {};
   }
 
@@ -524,56 +485,8 @@ class ListingFileReader {
     return text == "0" ? std::string() : std::string(text);
   }
 
-  // The type letter and the flags, in the listing's order; a reason when the field holds
-  // no type, several types or a letter that is neither.
-  std::string_view ReadType(std::string_view field, std::string& type, bool& intermediate) {
-    if (field.empty()) return kNoTypeEntry;
-    char letter = '\0';
-    bool severalTypes = false;
-    bool shared = false;
-    std::uint8_t flags = 0;
-    for (char c : field) {
-      const char upper = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-      if (kTypeLetters.find(upper) != std::string_view::npos) {
-        severalTypes = severalTypes || letter != '\0';
-        letter = upper;
-      } else if (upper == 'S') {
-        shared = true;
-      } else if (upper == 'A') {
-        flags |= kPtAltGps;
-      } else if (upper == 'I') {
-        flags |= kPtIntermediate;
-      } else if (upper == 'J') {
-        flags |= kPtJoin;
-      } else if (upper == 'L') {
-        flags |= kPtLink;
-      } else if (upper == 'F') {
-        flags |= kPtReference;
-      } else if (c != ' ' && c != '\t') {
-        return kUnknownType;
-      }
-    }
-    if (severalTypes) return kMultipleTypes;
-    if (letter == '\0') return kNoType;
-    if (letter == 'D') {
-      if (datasetCode_ != 'S') return kUnknownType;
-      if (dummySeen_) return kMultipleDummies;
-      dummySeen_ = true;
-    }
-    if (letter == 'G' || (flags & (kPtAltGps | kPtLink))) gpsInput_ = true;
-    intermediate = (flags & kPtIntermediate) != 0;
-    type.assign(1, letter);
-    if (flags & kPtAltGps) type += 'A';
-    if (intermediate) type += shared ? "Is" : "I";
-    if (flags & kPtJoin) type += 'J';
-    if (flags & kPtLink) type += 'L';
-    if (flags & kPtReference) type += 'F';
-    return {};
-  }
-
-  LineCursor lines_;
-  ListingSink& sink_;
-  std::string_view line_;
+  DataFileLines lines_;
+  FileSink& sink_;
   char separator_ = ',';
   bool mainSeen_ = false;
   bool subSeen_ = false;
@@ -584,7 +497,7 @@ class ListingFileReader {
 };
 
 // The first reading: how many points each dataset holds, for its heading line.
-class PointCounter : public ListingSink {
+class PointCounter : public FileSink {
  public:
   void Dataset(char, std::string_view) override { counts.push_back(0); }
   void Point(PointRow&, bool) override { ++counts.back(); }
@@ -596,7 +509,89 @@ class PointCounter : public ListingSink {
 
 // ---------------------------------------------------------------------------------------
 
+// Where the listing's lines go as they are made.
+class DataListLogic::Lines {
+ public:
+  virtual ~Lines() = default;
+  // The settings labels and the heading are set; no line has come yet.
+  virtual void Begin() {}
+  virtual void Add(std::string line) = 0;
+  // A point line and its typed input: X or bearing, Y or length, GPS longitude, latitude.
+  virtual void AddPoint(std::string line, const std::array<std::string_view, 4>& input) = 0;
+};
+
+// Kept in `DataLst`, with the input that "Edit" shows.
+class DataListLogic::KeptLines : public Lines {
+ public:
+  explicit KeptLines(DataListLogic& list) : list_(list) {}
+
+  void Add(std::string line) override {
+    list_.lines_.push_back(std::move(line));
+    list_.lineInput_.push_back(-1);
+  }
+
+  void AddPoint(std::string line, const std::array<std::string_view, 4>& input) override {
+    list_.lines_.push_back(std::move(line));
+    list_.lineInput_.push_back(static_cast<int>(list_.inputs_.size()));
+    std::array<TextSpan, 4>& spans = list_.inputs_.emplace_back();
+    for (std::size_t i = 0; i < input.size(); ++i) {
+      spans[i] = {list_.inputText_.size(), input[i].size()};
+      list_.inputText_ += input[i];
+    }
+  }
+
+ private:
+  DataListLogic& list_;
+};
+
+// Handed on one by one and not kept.
+class DataListLogic::HandedLines : public Lines {
+ public:
+  HandedLines(const DataListLogic& list, ListingOutput& output) : list_(list), output_(output) {}
+
+  void Begin() override { output_.Begin(list_); }
+  void Add(std::string line) override { output_.Line(line); }
+  void AddPoint(std::string line, const std::array<std::string_view, 4>&) override {
+    output_.Line(line);
+  }
+
+ private:
+  const DataListLogic& list_;
+  ListingOutput& output_;
+};
+
 void DataListLogic::Refresh(const Survey& survey) {
+  try {
+    Start(survey);
+    KeptLines kept(*this);
+    if (ProcdCkB) {
+      ListProcessed(survey, kept);
+      return;
+    }
+    std::string text;
+    const bool read = ReadDataFileText(survey.CurrentFileName, text).fault == 0;
+    const std::string_view view(text);
+    ListFile(read ? &view : nullptr, kept);
+  } catch (const std::bad_alloc&) {
+    // A listing too long for the memory left is given up, its memory freed, and shown as
+    // the listing of a file that cannot be read.
+    Start(survey);
+    KeptLines kept(*this);
+    ListFile(nullptr, kept);
+  }
+}
+
+void DataListLogic::Write(const Survey& survey, std::string_view fileText, ListingOutput& output) {
+  Start(survey);
+  HandedLines handed(*this, output);
+  if (ProcdCkB) {
+    ListProcessed(survey, handed);
+  } else {
+    ListFile(&fileText, handed);
+  }
+}
+
+void DataListLogic::Start(const Survey& survey) {
   std::string unit(UnitName(survey.UnitOfMeasure));
   if (!SubUnitName(survey.UnitOfMeasure).empty()) {
     unit += survey.SubValueSeparator;
@@ -605,36 +600,18 @@ void DataListLogic::Refresh(const Survey& survey) {
   settings_ = {{{"Unit of Measure:", unit},
                 {"File Tag:", survey.FileTag},
                 {"Mag Decl'n:", FormatNumber(survey.MagneticDeclination, "#0.###")}}};
-  lines_.clear();
-  lineInput_.clear();
-  inputs_.clear();
-  inputText_.clear();
-  if (ProcdCkB) {
-    ListProcessed(survey);
-  } else {
-    ListFile(survey.CurrentFileName);
-  }
+  // Assigned afresh, so that the lines of a long listing give their memory back.
+  lines_ = {};
+  lineInput_ = {};
+  inputs_ = {};
+  inputText_ = {};
 }
 
-void DataListLogic::AddLine(std::string line) {
-  lines_.push_back(std::move(line));
-  lineInput_.push_back(-1);
-}
-
-void DataListLogic::AddPointLine(std::string line, const std::array<std::string_view, 4>& input) {
-  lines_.push_back(std::move(line));
-  lineInput_.push_back(static_cast<int>(inputs_.size()));
-  std::array<TextSpan, 4>& spans = inputs_.emplace_back();
-  for (std::size_t i = 0; i < input.size(); ++i) {
-    spans[i] = {inputText_.size(), input[i].size()};
-    inputText_ += input[i];
-  }
-}
-
-void DataListLogic::ListProcessed(const Survey& survey) {
+void DataListLogic::ListProcessed(const Survey& survey, Lines& lines) {
   const Layout layout =
       MakeLayout(ShowColumns, true, HasGpsInput(survey), survey.MagneticDeclination != 0);
   heading_ = HeadingLine(layout);
+  lines.Begin();
   const ProcessedRows rows(survey, layout);
   for (int d = 0; d < survey.DatasetCount(); ++d) {
     const Dataset& dataset = survey.Datasets[d];
@@ -642,58 +619,59 @@ void DataListLogic::ListProcessed(const Survey& survey) {
     if (!IsIncluded(IncludeCkB, code)) continue;
     const int start = std::clamp(dataset.DatasetStart, 0, survey.PointCount());
     const int end = std::clamp(survey.DatasetEnd(d), start, survey.PointCount());
-    AddLine(DatasetHeadingLine(code, end - start, dataset.DatasetTag));
+    lines.Add(DatasetHeadingLine(code, end - start, dataset.DatasetTag));
     for (int p = start; p < end; ++p) {
       const Point& point = survey.Points[p];
       if ((point.PtFlags & kPtIntermediate) && !IncludeCkB[kIncludeIntermediate]) continue;
       const PointRow row = rows.Row(point);
-      AddPointLine(PointLine(row, layout), row.input);
+      lines.AddPoint(PointLine(row, layout), row.input);
     }
     if (HasClosingLine(dataset.DatasetType)) {
-      AddLine(ClosingLineRow(dataset, layout, ShowColumns, rows));
+      lines.Add(ClosingLineRow(dataset, layout, ShowColumns, rows));
     }
   }
 }
 
 // The second reading of a good file: its lines as the listing shows them.
-class DataListLogic::FileLines : public ListingSink {
+class DataListLogic::FileLines : public FileSink {
  public:
-  FileLines(DataListLogic& list, const Layout& layout, std::vector<int> counts)
-      : list_(list), layout_(layout), counts_(std::move(counts)) {}
+  FileLines(const DataListLogic& list, const Layout& layout, std::vector<int> counts, Lines& lines)
+      : list_(list), layout_(layout), counts_(std::move(counts)), lines_(lines) {}
 
   void Dataset(char code, std::string_view tag) override {
     included_ = IsIncluded(list_.IncludeCkB, code);
     const int count = counts_[dataset_++];
-    if (included_) list_.AddLine(DatasetHeadingLine(code, count, tag));
+    if (included_) lines_.Add(DatasetHeadingLine(code, count, tag));
   }
 
   void Point(PointRow& row, bool intermediate) override {
     if (!included_ || (intermediate && !list_.IncludeCkB[kIncludeIntermediate])) return;
-    list_.AddPointLine(PointLine(row, layout_), row.input);
+    lines_.AddPoint(PointLine(row, layout_), row.input);
   }
 
  private:
-  DataListLogic& list_;
+  const DataListLogic& list_;
   const Layout& layout_;
   std::vector<int> counts_;
+  Lines& lines_;
   std::size_t dataset_ = 0;
   bool included_ = false;
 };
 
-void DataListLogic::ListFile(const std::string& path) {
-  const std::optional<std::string> text = ReadWholeFile(path);
+void DataListLogic::ListFile(const std::string_view* text, Lines& lines) {
   PointCounter counter;
-  ListingFileReader check(text ? std::string_view(*text) : std::string_view(), counter);
+  ListingFileReader check(text ? *text : std::string_view(), counter);
   const std::string fault = text ? check.Read() : std::string(kBadHeader);
   const Layout layout = MakeLayout(ShowColumns, false, check.GpsInput(), false);
   heading_ = HeadingLine(layout);
+  lines.Begin();
   if (!fault.empty()) {
-    AddLine(kAbortedBadFile);
-    AddLine(fault);
+    lines.Add(kAbortedBadFile);
+    lines.Add(fault);
     return;
   }
-  FileLines lines(*this, layout, std::move(counter.counts));
-  ListingFileReader(*text, lines).Read();
+  FileLines fileLines(*this, layout, std::move(counter.counts), lines);
+  ListingFileReader(*text, fileLines).Read();
 }
 
 std::optional<std::string> DataListLogic::EditText(int index) const {

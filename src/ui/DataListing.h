@@ -46,6 +46,18 @@ struct SettingLabel {
   std::string value;
 };
 
+class DataListLogic;
+
+// Where the lines of a listing go as they are made, for a listing too long to be held
+// (plotmeter-cli prints them).
+class ListingOutput {
+ public:
+  virtual ~ListingOutput() = default;
+  // Called once, before any line: the settings labels and the heading line are set.
+  virtual void Begin(const DataListLogic& list) = 0;
+  virtual void Line(std::string_view line) = 0;
+};
+
 class DataListLogic {
  public:
   // As the window opens: only "Input Data" shown, every dataset and point included,
@@ -57,8 +69,13 @@ class DataListLogic {
   // Rebuilds everything from the survey. With "Processed" cleared the data file named by
   // `CurrentFileName` is read again line by line and only its input columns are listed,
   // values as typed; with it ticked the processed survey in memory is listed with every
-  // chosen column group.
+  // chosen column group. A listing too long for the memory left shows as the listing of a
+  // file that cannot be read.
   void Refresh(const Survey& survey);
+  // As `Refresh`, but the listing from the file lists `fileText`, the data file's text as
+  // the reader takes it (read once by the caller), and every line goes to `output` as it
+  // is made instead of to `DataLst`, which stays empty.
+  void Write(const Survey& survey, std::string_view fileText, ListingOutput& output);
 
   // "Unit of Measure:", "File Tag:" and "Mag Decl'n:" with their values.
   const std::array<SettingLabel, 3>& SettingLabels() const { return settings_; }
@@ -70,16 +87,19 @@ class DataListLogic {
   std::optional<std::string> EditText(int index) const;
 
  private:
+  class Lines;
+  class KeptLines;
+  class HandedLines;
   class FileLines;
   struct TextSpan {
     std::size_t offset = 0, size = 0;
   };
 
-  void ListProcessed(const Survey& survey);
-  void ListFile(const std::string& path);
-  void AddLine(std::string line);
-  // A point line and its typed input: X or bearing, Y or length, GPS longitude, latitude.
-  void AddPointLine(std::string line, const std::array<std::string_view, 4>& input);
+  // Sets the settings labels and empties the list.
+  void Start(const Survey& survey);
+  void ListProcessed(const Survey& survey, Lines& lines);
+  // The listing from the file's text; no text for a file that could not be read.
+  void ListFile(const std::string_view* text, Lines& lines);
 
   std::array<SettingLabel, 3> settings_;
   std::string heading_;

@@ -55,6 +55,26 @@ TEST(CliDialogsTest, BlockIsHeadedByTheFileNameAndSpeaksUtf8) {
   EXPECT_EQ(err.str(), "farm.csv: [File Read Abort]\nBad 90\xC2\xB0\nPlease correct\n\n");
 }
 
+// The detail is the system's text, in the terminal's encoding already: one more line of
+// the block, as it is.
+TEST(CliDialogsTest, DetailIsOneMoreLineAfterTheText) {
+  std::ostringstream err;
+  CliDialogs dialogs(err, false);
+  dialogs.Show(MessageBox{.title = "Write File Abort",
+                          .text = "Cannot open file",
+                          .detail = "/home/j\xC3\xB6rg/lot.csv: No space left on device"});
+  EXPECT_EQ(err.str(),
+            "[Write File Abort]\nCannot open file\n"
+            "/home/j\xC3\xB6rg/lot.csv: No space left on device\n\n");
+}
+
+TEST(TextOutputTest, ControlCharactersInCaretNotation) {
+  EXPECT_EQ(ShowControls("a\x1B[31mb"), "a^[[31mb");
+  EXPECT_EQ(ShowControls(std::string_view("\x07\0\x7F", 3)), "^G^@^?");
+  EXPECT_EQ(ShowControls("\x9B\x80\x89"), "M-^[M-^@M-^I");
+  EXPECT_EQ(ShowControls("tab\tstays, 90\xB0 and \xA0 too"), "tab\tstays, 90\xB0 and \xA0 too");
+}
+
 TEST(CliDialogsTest, FileDialogIsCancelled) {
   std::ostringstream err;
   CliDialogs dialogs(err, true);

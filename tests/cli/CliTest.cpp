@@ -1,15 +1,23 @@
 // The command line run in-process: arguments, what goes to each stream and the status.
 // The boxes' own texts are tested where they are made; here only how they are passed on.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "cli/Cli.h"
+#include "cli/TextOutput.h"
+#include "support/MemoryLimit.h"
 #include "support/TestFolder.h"
 
 namespace plotmeter {
@@ -243,6 +251,141 @@ TEST_F(CliTest, SaveWritesWithTheWriterOptionsOrFails) {
   EXPECT_EQ(Run({"save", File("bad.csv", kNotOurs), folder_.Path("not.csv")}), 1);
   EXPECT_TRUE(err_.str().starts_with("[File Read Abort]\n")) << err_.str();
   EXPECT_FALSE(std::filesystem::exists(folder_.Path("not.csv")));
+}
+
+TEST_F(CliTest, SaveFailureGivesTheSystemsReasonAfterTheFixedText) {
+  const std::string out = folder_.Path("missing/out.csv");
+  EXPECT_EQ(Run({"save", File("block.csv", kBlock), out}), 1);
+  EXPECT_EQ(err_.str(),
+            "[Write File Abort]\nCannot open file - check is not being used by another program.\n" +
+                out + ": No such file or directory\n\n");
+}
+
+TEST_F(CliTest, ListReadsAPipeOrAFifoOnceAndListsIt) {
+  EXPECT_EQ(Run({"list", File("block.csv", kBlock)}), 0);
+  const std::string expected = out_.str();
+
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  ASSERT_EQ(::write(ends[1], kBlock, std::strlen(kBlock)),
+            static_cast<ssize_t>(std::strlen(kBlock)));
+  ::close(ends[1]);
+  EXPECT_EQ(Run({"list", "/dev/fd/" + std::to_string(ends[0])}), 0);
+  ::close(ends[0]);
+  EXPECT_EQ(out_.str(), expected);
+
+  const std::string fifo = folder_.Path("fifo.csv");
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  std::thread writer([&] { std::ofstream(fifo, std::ios::binary) << kBlock; });
+  EXPECT_EQ(Run({"list", fifo}), 0);
+  writer.join();
+  EXPECT_EQ(out_.str(), expected);
+}
+
+// A file that cannot be read has nothing to list: the box says why, and nothing else does.
+TEST_F(CliTest, ListOfAFileThatCannotBeReadSaysWhyOnce) {
+  const std::string cannotOpen =
+      "[File Read Abort]\nCannot open file - check is not being used by another program.\n"
+      "Please correct for a valid file\n";
+  const struct {
+    std::string file;
+    std::string detail;
+  } rows[] = {{folder_.Path("missing.csv"), ": No such file or directory\n"},
+              {folder_.Path(), ": Is a directory\n"},
+              {File("empty.csv", ""), ""},
+              {File("comments.csv", "// nothing but a comment\n"), ""}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(Run({"list", row.file}), 1) << row.file;
+    EXPECT_EQ(out_.str(), "") << row.file;
+    const std::string detail = row.detail.empty() ? "" : row.file + row.detail;
+    EXPECT_EQ(err_.str(), cannotOpen + detail + "\n") << row.file;
+  }
+}
+
+TEST_F(CliTest, ControlBytesOfTheFileAreShownHarmlesslyOnATerminal) {
+  std::string text = kBlock;
+  text.replace(text.find("Example"), 7, "Tag\x1B[2J\x07");
+  text.replace(text.find("Block"), 5,
+               "A\x9B"
+               "1m\x7F");
+  const std::string file = File("block.csv", text);
+  out_.str("");
+  RunCli(std::vector<std::string>{"list", file}, out_, err_, true);
+  const std::vector<std::string> terminal = OutLines();
+  ASSERT_EQ(terminal.size(), 9u);
+  EXPECT_EQ(terminal[1], "File Tag: Tag^[[2J^G");
+  EXPECT_EQ(terminal[4], "[M] Dataset as Main (Perimeter) for 'AM-^[1m^?'");
+  // Into a file or a pipe the bytes go as they are.
+  Run({"list", file});
+  EXPECT_EQ(OutLines()[1], "File Tag: Tag\x1B[2J\x07");
+}
+
+TEST_F(CliTest, FailedWritesOfTheResultsGiveAMessageAndStatusOne) {
+  const std::string block = File("block.csv", kBlock);
+  for (std::vector<std::string> args :
+       {std::vector<std::string>{"check", block}, std::vector<std::string>{"area", block},
+        std::vector<std::string>{"list", block}}) {
+    const int full = ::open("/dev/full", O_WRONLY);
+    ASSERT_GE(full, 0);
+    OutputFile file(full);
+    std::ostream out(&file);
+    err_.str("");
+    EXPECT_EQ(RunCli(args, out, err_), 1) << args[0];
+    EXPECT_EQ(err_.str(), "plotmeter-cli: error writing standard output: No space left on device\n")
+        << args[0];
+    ::close(full);
+  }
+}
+
+#ifndef PLOTMETER_ADDRESS_SANITIZER
+// Lists `file` with only a little more address space than the process holds; exits with
+// the status of the list command, its boxes on standard error.
+[[noreturn]] void ListWithLittleMemory(const std::string& file) {
+  testing::LimitAddressSpace(64 << 20);
+  std::ostringstream out, err;
+  const int status = RunCli(std::vector<std::string>{"list", file}, out, err);
+  std::cerr << err.str();
+  std::exit(status);
+}
+#endif
+
+// Memory running out is a refusal like any other: a message and status 1.
+TEST_F(CliTest, OutOfMemoryGivesAMessageAndStatusOne) {
+#ifdef PLOTMETER_ADDRESS_SANITIZER
+  GTEST_SKIP() << "AddressSanitizer needs more address space than the limit leaves";
+#else
+  // A file that fits the size limit but not the memory left: sparse, so it costs no disk.
+  const std::string file = folder_.Path("large.csv");
+  std::ofstream(file).close();
+  ASSERT_EQ(::truncate(file.c_str(), 300 << 20), 0);
+  EXPECT_EXIT(ListWithLittleMemory(file), ::testing::ExitedWithCode(1),
+              "large.csv: Cannot allocate memory");
+#endif
+}
+
+// The list command loads from the text it read itself: its boxes and status are those of
+// the load that check makes.
+TEST_F(CliTest, ListLoadsAsCheckDoes) {
+  const std::string gps =
+      "44,#0092,1,0,0,58\nH,M\n1,G,,,,,148.5 E,35.3 S\n2,G,,,,,148.501 E,35.3 S\n"
+      "3,XL,,,0,0,148.501 E,35.301 S\n4,G,,,,,148.5 E,35.301 S\n";
+  std::string many = "44,#0092,1,0,0,58\nH,N\n";
+  for (int i = 1; i <= 211; ++i) many += std::to_string(i) + ",X,,," + std::to_string(i) + ",0\n";
+  for (const std::string& file :
+       {File("block.csv", kBlock), File("bowtie.csv", kBowTie), File("bad.csv", kNotOurs),
+        File("divided.csv", kDivided), File("gps.csv", gps), File("many.csv", many)}) {
+    for (const std::string answer : {"", "--yes"}) {
+      std::vector<std::string> check = {"check", file}, list = {"list", file};
+      if (!answer.empty()) {
+        check.push_back(answer);
+        list.push_back(answer);
+      }
+      const int checked = Run(check);
+      const std::string boxes = err_.str();
+      EXPECT_EQ(Run(list), checked) << file << answer;
+      EXPECT_EQ(err_.str(), boxes) << file << answer;
+    }
+  }
 }
 
 TEST_F(CliTest, UsageErrorsGiveStatusTwoAndAShortUsage) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # End-to-end runs of the built plotmeter-cli, one case a call (examples, streams, list,
-# save, question), checking standard output, the message blocks on standard error and the
-# exit status.
+# save, question, inputs), checking standard output, the message blocks on standard error
+# and the exit status.
 #   e2e.sh PLOTMETER_CLI EXAMPLES_DIR CASE
 set -uo pipefail
 
@@ -115,6 +115,43 @@ case "$case_name" in
     expect_status 0
     expect_out '^Area \(GPS\): '
     expect_err '^> Yes$'
+    ;;
+  inputs)
+    # Each input is read once: a pipe and a FIFO list as a file does.
+    out="" err=""
+    "$cli" list /dev/stdin < <(cat "$examples"/farm.csv) >"$work/out" 2>"$work/err"
+    status=$?
+    expect_status 0
+    expect_out "^\\[M\\] Dataset as Main \\(Perimeter\\) for 'Home paddocks'$"
+    "$cli" list "$examples"/farm.csv >"$work/file-listing"
+    cmp -s "$work/out" "$work/file-listing" || fail "the piped listing differs"
+    mkfifo "$work/fifo.csv"
+    cat "$examples"/farm.csv >"$work/fifo.csv" &
+    timeout 20 "$cli" list "$work/fifo.csv" >"$work/out" 2>"$work/err"
+    status=$?
+    wait
+    expect_status 0
+    cmp -s "$work/out" "$work/file-listing" || fail "the FIFO listing differs"
+    # A failed write of the results is an error, as for the usual tools.
+    for command in check area list; do
+      "$cli" "$command" "$examples"/farm.csv >/dev/full 2>"$work/err"
+      status=$?
+      err=$(cat "$work/err")
+      expect_status 1
+      expect_err '^plotmeter-cli: error writing standard output: No space left on device$'
+    done
+    # A file that cannot be read has nothing to list; the reason goes with the box.
+    run list "$work/missing.csv"
+    expect_status 1
+    expect_no_out
+    expect_err "^$work/missing.csv: No such file or directory$"
+    # A save goes through a symbolic link to its file.
+    echo old >"$work/real.csv"
+    ln -s real.csv "$work/link.csv"
+    run save "$examples"/farm.csv "$work/link.csv"
+    expect_status 0
+    [ -L "$work/link.csv" ] || fail "the link was replaced"
+    grep -q '^/End data$\|,/End data$' "$work/real.csv" || fail "the linked file was not saved"
     ;;
   *)
     fail "unknown case $case_name"

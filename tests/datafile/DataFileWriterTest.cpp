@@ -317,10 +317,13 @@ class SavedFileTest : public ::testing::Test {
   static void Put(const std::string& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
   }
-  static void ExpectWriteAbort(const ScriptedDialogs& dialogs, const std::string& text) {
+  // The fixed text, with the system's reason and the path as the detail where there is one.
+  static void ExpectWriteAbort(const ScriptedDialogs& dialogs, const std::string& text,
+                               const std::string& detail = "") {
     ASSERT_EQ(dialogs.boxes.size(), 1u);
     EXPECT_EQ(dialogs.last().title, "Write File Abort");
     EXPECT_EQ(dialogs.last().text, text);
+    EXPECT_EQ(dialogs.last().detail, detail);
     EXPECT_EQ(dialogs.last().icon, Icon::Critical);
     EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
     EXPECT_EQ(dialogs.beeps, 1);
@@ -353,18 +356,29 @@ TEST_F(SavedFileTest, ReplacesTheOldFileKeepingItsPermissions) {
   EXPECT_EQ(folder_.FileCount(), 1);
 }
 
-TEST_F(SavedFileTest, MissingFolderOrAFolderInTheWayCannotBeOpened) {
+TEST_F(SavedFileTest, EachFailureKeepsItsTextAndGivesTheSystemsReasonBeside) {
   fs::create_directory(folder_.Path("taken.csv"));
   Put(folder_.Path("taken.csv/inside.txt"), "kept");
-  for (const char* name : {"no-such-folder/lot.csv", "taken.csv"}) {
+  Put(folder_.Path("read-only.csv"), "kept");
+  ASSERT_EQ(::chmod(folder_.Path("read-only.csv").c_str(), 0444), 0);
+  const struct {
+    const char* name;
+    const char* reason;
+  } rows[] = {{"no-such-folder/lot.csv", "No such file or directory"},
+              {"taken.csv", "Is a directory"},
+              {"read-only.csv", "Permission denied"}};
+  for (const auto& row : rows) {
     Survey survey = Triangle();
     ScriptedDialogs dialogs;
-    EXPECT_FALSE(WriteDataFile(survey, folder_.Path(name), dialogs));
-    ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.");
+    const std::string path = folder_.Path(row.name);
+    EXPECT_FALSE(WriteDataFile(survey, path, dialogs));
+    ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.",
+                     path + ": " + row.reason);
     EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
   }
   EXPECT_EQ(Contents(folder_.Path("taken.csv/inside.txt")), "kept");
-  EXPECT_EQ(folder_.FileCount(), 1);
+  EXPECT_EQ(Contents(folder_.Path("read-only.csv")), "kept");
+  EXPECT_EQ(folder_.FileCount(), 2);
 }
 
 TEST_F(SavedFileTest, RefusedSurveyLeavesTheOldFile) {
@@ -406,7 +420,8 @@ TEST_F(SavedFileTest, FailingWriteLeavesTheOldFileIntact) {
   ::setrlimit(RLIMIT_FSIZE, &saved);
   ::signal(SIGXFSZ, previousHandler);
   EXPECT_FALSE(written);
-  ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.");
+  ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.",
+                   path + ": File too large");
   EXPECT_EQ(Contents(path), old);
   EXPECT_EQ(folder_.FileCount(), 1);
   EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);

@@ -28,6 +28,10 @@ TEST(FileTextTest, LinesEndAtLfCrLfOrLoneCr) {
   EXPECT_EQ(Lines("last without break"), (LinesList{"last without break"}));
   EXPECT_EQ(Lines(""), LinesList{});
   EXPECT_EQ(Lines("\n"), LinesList{""});
+  // Lone CRs before and after an LF, and a CR just before the CR LF.
+  EXPECT_EQ(Lines("a\rb\rc\nd\re\n"), (LinesList{"a", "b", "c", "d", "e"}));
+  EXPECT_EQ(Lines("c\r\r\nd"), (LinesList{"c", "", "d"}));
+  EXPECT_EQ(Lines("\r\r\r"), (LinesList{"", "", ""}));
 }
 
 TEST(FileTextTest, TrimsBlanksAndTabsOnly) {

@@ -186,14 +186,24 @@ TEST(ReaderRobustnessTest, EditorSavedFixtureReadsLikeTheExample) {
   ExpectSameEnteredSurvey(example, fixture);
 }
 
-TEST(ReaderRobustnessTest, MissingFileOrFolderCannotBeOpened) {
-  for (std::string path : {std::string(PLOTMETER_TEST_DATA_DIR "/no-such-file.csv"),
-                           std::string(PLOTMETER_TEST_DATA_DIR)}) {
+TEST(ReaderRobustnessTest, MissingFileOrFolderCannotBeOpenedAndTheSystemSaysWhy) {
+  const struct {
+    std::string path;
+    std::string reason;
+  } rows[] = {{PLOTMETER_TEST_DATA_DIR "/no-such-file.csv", "No such file or directory"},
+              {PLOTMETER_TEST_DATA_DIR, "Is a directory"}};
+  for (const auto& row : rows) {
     Survey survey;
-    ReadResult read = ReadDataFile(survey, path);
-    EXPECT_EQ(read.fault, 1) << path;
+    ScriptedDialogs dialogs;
+    ReadResult read = ReadDataFile(survey, row.path);
+    EXPECT_EQ(read.fault, 1) << row.path;
     EXPECT_EQ(read.point, -1);
-    EXPECT_EQ(survey.CurrentFileName, path);
+    EXPECT_EQ(survey.CurrentFileName, row.path);
+    EXPECT_FALSE(CheckLoadedData(survey, read, dialogs));
+    EXPECT_EQ(dialogs.last().text,
+              "Cannot open file - check is not being used by another program.\n"
+              "Please correct for a valid file");
+    EXPECT_EQ(dialogs.last().detail, row.path + ": " + row.reason);
   }
 }
 

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "support/MemoryLimit.h"
 #include "support/PlotSurveys.h"
 #include "support/TestFolder.h"
 #include "ui/DataListing.h"
@@ -195,6 +197,9 @@ INSTANTIATE_TEST_SUITE_P(
                     "Invalid Header line data."},
         BadFileCase{"DeclinationNotANumber", "44,#0092,1,0,east,58\nH,M\n1,X,,,0,0\n",
                     "Invalid Header line data."},
+        // The reader's own reading of the header: it refuses a declination past 360.
+        BadFileCase{"DeclinationOutOfRange", "44,#0092,1,0,360.5,58\nH,M\n1,X,,,0,0\n",
+                    "Invalid Header line data."},
         BadFileCase{"BlankBeforeDataset", kGood + "\nH,M\n1,X,,,0,0\n",
                     "File has invalid Datasets."},
         BadFileCase{"DataBeforeDataset", kGood + "1,X,,,0,0\n", "File has invalid Datasets."},
@@ -273,6 +278,60 @@ TEST_F(DataListingFileTest, MissingFileOrFolderIsABadFile) {
     EXPECT_EQ(list_.DataLst(), (std::vector<std::string>{"Aborted - Bad File",
                                                          "File selected has Invalid Header."}));
   }
+}
+
+// Collects what `Write` hands on.
+class CollectedListing : public ListingOutput {
+ public:
+  void Begin(const DataListLogic& list) override {
+    lines.push_back("begin: " + list.LstHdrLbl() + " / " + list.SettingLabels()[1].value);
+  }
+  void Line(std::string_view line) override { lines.emplace_back(line); }
+
+  std::vector<std::string> lines;
+};
+
+// plotmeter-cli prints the lines as they are made: the same lines as the window keeps,
+// after the labels and the heading, from the text it read itself.
+TEST_F(DataListingFileTest, WriteHandsOnTheLinesThatRefreshKeeps) {
+  survey_.FileTag = "Lot 7";
+  const std::string texts[] = {
+      std::string(kHeader) + "H,M,Front\n1,XA,,,3,4,151 30.25 E,33 15.5 S\nH,P\n2,B,1,,90,5\n",
+      kGood + "H,M\n1,XB,,,0,0\n"};
+  for (const std::string& text : texts) {
+    for (const bool processed : {false, true}) {
+      list_.ProcdCkB = processed;
+      std::vector<std::string> kept = ListFile(text);
+      kept.insert(kept.begin(), "begin: " + list_.LstHdrLbl() + " / Lot 7");
+      CollectedListing written;
+      list_.Write(survey_, text, written);
+      EXPECT_EQ(written.lines, kept) << text;
+      EXPECT_TRUE(list_.DataLst().empty());
+    }
+  }
+}
+
+#ifndef PLOTMETER_ADDRESS_SANITIZER
+// Lists with little memory left; exits 0 when the listing was given up for the abort of a
+// file that cannot be read.
+[[noreturn]] void ListWithLittleMemory(DataListLogic& list, const Survey& survey) {
+  testing::LimitAddressSpace(48 << 20);
+  list.Refresh(survey);
+  const std::vector<std::string> givenUp = {"Aborted - Bad File",
+                                            "File selected has Invalid Header."};
+  std::exit(list.DataLst() == givenUp ? 0 : 1);
+}
+#endif
+
+TEST_F(DataListingFileTest, AListingTooLongForTheMemoryLeftIsGivenUpNotACrash) {
+#ifdef PLOTMETER_ADDRESS_SANITIZER
+  GTEST_SKIP() << "AddressSanitizer needs more address space than the limit leaves";
+#else
+  std::string text = std::string(kHeader) + "H,P\n";
+  for (int i = 1; i <= 600'000; ++i) text += std::to_string(i) + ",X,,,1,2\n";
+  survey_.CurrentFileName = folder_.Write("survey.csv", text);
+  EXPECT_EXIT(ListWithLittleMemory(list_, survey_), ::testing::ExitedWithCode(0), "");
+#endif
 }
 
 // Arbitrary bytes and long lines end in a listing or an abort, never in a

@@ -1,0 +1,156 @@
+#include "datafile/DataFileSyntax.h"
+
+#include <array>
+#include <optional>
+
+#include "model/Survey.h"
+
+namespace plotmeter {
+
+namespace {
+
+constexpr std::string_view kProgramIdentifier = "#0092";
+// The separator code has at most this many digits ("255").
+constexpr std::size_t kMaxCodeDigits = 4;
+
+}  // namespace
+
+char HeaderSeparator(std::string_view header) {
+  std::size_t digits = 0;
+  while (digits < header.size() && digits < kMaxCodeDigits && header[digits] >= '0' &&
+         header[digits] <= '9') {
+    ++digits;
+  }
+  const std::optional<int> code = ParseWholeNumber(header.substr(0, digits));
+  if (!code || *code < 1 || *code > 255) return '\0';
+  const char separator = static_cast<char>(*code);
+  const std::size_t at = header.find(separator);
+  if (at == std::string_view::npos ||
+      TrimBlanks(header.substr(0, at)) != header.substr(0, digits)) {
+    return '\0';
+  }
+  return separator;
+}
+
+int ReadHeaderFields(std::string_view header, char separator, FileHeader& result) {
+  std::array<std::string_view, 6> fields;
+  SplitFields(header, separator, fields);
+  for (auto& field : fields) field = TrimBlanks(field);
+  if (fields[1] != kProgramIdentifier) return 2;
+  if (fields[2].empty()) return 3;
+  const std::optional<int> unit = ParseWholeNumber(fields[2]);
+  if (!unit) return 3;
+  if (*unit < 0 || *unit >= kUnitCount) return 42;
+
+  const std::optional<int> options = fields[3].empty() ? 0 : ParseWholeNumber(fields[3]);
+  if (!options) return 3;
+
+  const std::optional<float> declination = fields[4].empty() ? 0.0f : ParseDecimal(fields[4]);
+  if (!declination || *declination < -360 || *declination > 360) return 3;
+
+  const std::optional<int> subValue = ParseWholeNumber(fields[5]);
+  if (!subValue || *subValue < 0 || *subValue > 255) return 43;
+
+  result = FileHeader{.separator = separator,
+                      .unit = *unit,
+                      .options = *options,
+                      .declination = *declination,
+                      .subValueSeparator = static_cast<char>(*subValue),
+                      .tag = TextAfterFields(header, separator, 6)};
+  return 0;
+}
+
+bool IsDatasetHeader(std::string_view line, char separator) {
+  std::array<std::string_view, 1> first;
+  SplitFields(line, separator, first);
+  const std::string_view marker = TrimBlanks(first[0]);
+  return marker == "H" || marker == "h";
+}
+
+DatasetHeader ReadDatasetHeader(std::string_view line, char separator) {
+  std::array<std::string_view, 2> fields;
+  SplitFields(line, separator, fields);
+  DatasetHeader header;
+  header.code = TrimBlanks(fields[1]);
+  header.type = header.code.size() == 1 ? DatasetTypeFromLetter(header.code[0]) : 0;
+  header.tag = TextAfterFields(line, separator, 2);
+  return header;
+}
+
+// Read in capitals, so the writer's "s" (shared) reads as "S".
+TypeField ReadTypeField(std::string_view field) {
+  TypeField result;
+  for (char c : field) {
+    const char upper = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+    switch (upper) {
+      case 'X':
+      case 'B':
+      case 'C':
+      case 'G':
+      case 'R':
+      case 'D':
+        ++result.typeLetters;
+        result.type = upper;
+        break;
+      case 'A':
+        result.flagA = true;
+        break;
+      case 'I':
+        result.flagI = true;
+        break;
+      case 'J':
+        result.flagJ = true;
+        break;
+      case 'L':
+        result.flagL = true;
+        break;
+      case 'F':
+        result.flagF = true;
+        break;
+      case 'S':
+        result.shared = true;
+        break;
+      case ' ':
+      case '\t':
+        break;
+      default:
+        result.unknownLetter = true;
+    }
+  }
+  return result;
+}
+
+int DataFileLines::ToHeader(std::string_view& header, std::vector<std::string_view>* top) {
+  std::string_view line;
+  while (lines_.Next(line)) {
+    const std::string_view text = TrimBlanks(line);
+    if (text.empty()) return 1;
+    if (!text.starts_with("//")) {
+      header = text;
+      return 0;
+    }
+    if (top) top->push_back(line);
+  }
+  return 1;
+}
+
+int DataFileLines::ToFirstDataset(char separator, std::string_view& datasetHeader) {
+  std::string_view line;
+  while (lines_.Next(line)) {
+    if (TrimBlanks(line).empty()) return 8;
+    if (IsCommentLine(line, separator)) continue;
+    if (!IsDatasetHeader(line, separator)) return 8;
+    datasetHeader = line;
+    return 0;
+  }
+  return 8;
+}
+
+bool DataFileLines::NextContentLine(char separator, std::string_view& line) {
+  while (lines_.Next(line)) {
+    if (!IsEmptyRow(line, separator) && !IsCommentLine(line, separator)) return true;
+  }
+  return false;
+}
+
+}  // namespace plotmeter

@@ -1,0 +1,257 @@
+// Saving replaces only what it may, updates the file the user named, and leaves nothing
+// behind, also when it is killed half-way.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <random>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "datafile/SafeFile.h"
+#include "support/TestFolder.h"
+
+namespace plotmeter {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::TestFolder;
+
+class SafeFileTest : public ::testing::Test {
+ protected:
+  std::string Put(const std::string& name, const std::string& text) {
+    return folder_.Write(name, text);
+  }
+  static std::string Contents(const std::string& path) { return TestFolder::Contents(path); }
+  static struct stat Info(const std::string& path) {
+    struct stat info {};
+    EXPECT_EQ(::lstat(path.c_str(), &info), 0) << path;
+    return info;
+  }
+
+  TestFolder folder_;
+};
+
+TEST_F(SafeFileTest, OnlyARegularFileOrANewNameIsWritten) {
+  const std::string fifo = folder_.Path("fifo.csv");
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0644), 0);
+  fs::create_directory(folder_.Path("folder.csv"));
+  struct Row {
+    std::string path;
+    std::string reason;
+    bool (*stillIs)(const fs::path&);
+  };
+  std::vector<Row> rows = {
+      {fifo, "Not a regular file", [](const fs::path& p) { return fs::is_fifo(p); }},
+      {folder_.Path("folder.csv"), "Is a directory",
+       [](const fs::path& p) { return fs::is_directory(p); }},
+      {folder_.Path("folder.csv") + "/", "Is a directory",
+       [](const fs::path& p) { return fs::is_directory(p); }}};
+  // A device can be made only by root: a second name for the null device.
+  const std::string device = folder_.Path("null.csv");
+  if (::mknod(device.c_str(), S_IFCHR | 0666, makedev(1, 3)) == 0) {
+    rows.push_back(
+        {device, "Not a regular file", [](const fs::path& p) { return fs::is_character_file(p); }});
+  }
+  for (const Row& row : rows) {
+    const SaveResult result = ReplaceFileSafely(row.path, "new text\n");
+    EXPECT_FALSE(result.saved) << row.path;
+    EXPECT_EQ(result.reason, row.reason) << row.path;
+    EXPECT_TRUE(row.stillIs(row.path)) << row.path;
+  }
+  EXPECT_EQ(folder_.FileCount(), fs::exists(device) ? 3 : 2);
+}
+
+TEST_F(SafeFileTest, SymbolicLinksAreFollowedToTheFileTheyName) {
+  const std::string real = Put("real.csv", "old\n");
+  fs::create_directory(folder_.Path("links"));
+  fs::create_symlink("../real.csv", folder_.Path("links/relative.csv"));
+  fs::create_symlink(folder_.Path("links/relative.csv"), folder_.Path("chain.csv"));
+  fs::create_symlink("made-by-save.csv", folder_.Path("dangling.csv"));
+  for (const char* name : {"links/relative.csv", "chain.csv"}) {
+    const std::string text = std::string("through ") + name + "\n";
+    ASSERT_TRUE(ReplaceFileSafely(folder_.Path(name), text).saved) << name;
+    EXPECT_TRUE(fs::is_symlink(folder_.Path(name)));
+    EXPECT_EQ(Contents(real), text);
+  }
+  ASSERT_TRUE(ReplaceFileSafely(folder_.Path("dangling.csv"), "new\n").saved);
+  EXPECT_TRUE(fs::is_symlink(folder_.Path("dangling.csv")));
+  EXPECT_EQ(Contents(folder_.Path("made-by-save.csv")), "new\n");
+
+  fs::create_symlink("loop-b.csv", folder_.Path("loop-a.csv"));
+  fs::create_symlink("loop-a.csv", folder_.Path("loop-b.csv"));
+  const SaveResult loop = ReplaceFileSafely(folder_.Path("loop-a.csv"), "x\n");
+  EXPECT_FALSE(loop.saved);
+  EXPECT_EQ(loop.reason, "Too many levels of symbolic links");
+  EXPECT_EQ(folder_.FileCount(), 7);
+}
+
+TEST_F(SafeFileTest, EveryNameOfAHardLinkedFileSeesTheNewText) {
+  const std::string first = Put("first.csv", "the old text, longer than the new one\n");
+  const std::string second = folder_.Path("second.csv");
+  fs::create_hard_link(first, second);
+  ASSERT_TRUE(ReplaceFileSafely(second, "new\n").saved);
+  EXPECT_EQ(Contents(first), "new\n");
+  EXPECT_EQ(Info(first).st_ino, Info(second).st_ino);
+  EXPECT_EQ(Info(first).st_nlink, 2u);
+  EXPECT_EQ(folder_.FileCount(), 2);
+}
+
+TEST_F(SafeFileTest, ModeOwnerAndGroupOfTheReplacedFileAreKept) {
+  const std::string path = Put("lot.csv", "old\n");
+  ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+  // Only root may give a file away; for anyone else the owner stays the user's.
+  const bool root = ::geteuid() == 0;
+  const uid_t owner = root ? 65534 : ::geteuid();
+  const gid_t group = root ? 65534 : ::getegid();
+  ASSERT_EQ(::chown(path.c_str(), owner, group), 0);
+  ASSERT_TRUE(ReplaceFileSafely(path, "new\n").saved);
+  const struct stat info = Info(path);
+  EXPECT_EQ(info.st_mode & 07777, 0640u);
+  EXPECT_EQ(info.st_uid, owner);
+  EXPECT_EQ(info.st_gid, group);
+  EXPECT_EQ(Contents(path), "new\n");
+}
+
+TEST_F(SafeFileTest, AFileNoOneMayWriteIsLeftAlone) {
+  const std::string path = Put("lot.csv", "old\n");
+  ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
+  const SaveResult result = ReplaceFileSafely(path, "new\n");
+  EXPECT_FALSE(result.saved);
+  EXPECT_EQ(result.reason, "Permission denied");
+  EXPECT_EQ(Contents(path), "old\n");
+  EXPECT_EQ(Info(path).st_mode & 07777, 0444u);
+}
+
+TEST_F(SafeFileTest, ANameAsLongAsTheSystemAllowsIsSaved) {
+  for (TemporaryFile kind : {TemporaryFile::kUnnamedWherePossible, TemporaryFile::kNamed}) {
+    const std::string path = folder_.Path(std::string(251, 'n') + ".csv");
+    ASSERT_TRUE(ReplaceFileSafely(path, "first\n", kind).saved);
+    ASSERT_TRUE(ReplaceFileSafely(path, "second\n", kind).saved);
+    EXPECT_EQ(Contents(path), "second\n");
+    EXPECT_EQ(folder_.FileCount(), 1);
+    EXPECT_FALSE(ReplaceFileSafely(path + "x", "too long\n", kind).saved);
+  }
+}
+
+TEST_F(SafeFileTest, ANewFileGetsWhatTheUmaskAllows) {
+  const mode_t previous = ::umask(027);
+  const bool saved = ReplaceFileSafely(folder_.Path("new.csv"), "new\n").saved;
+  ::umask(previous);
+  ASSERT_TRUE(saved);
+  EXPECT_EQ(Info(folder_.Path("new.csv")).st_mode & 07777, 0640u);
+}
+
+// A temporary file whose save was killed goes with the next save in its folder; one that a
+// save still holds, and any other name, stays.
+TEST_F(SafeFileTest, TemporaryFilesOfKilledSavesGoWithTheNextSave) {
+  const std::string abandoned = Put(".plotmeter-abc123", "half a survey");
+  const std::string inUse = Put(".plotmeter-def456", "a save under way");
+  const std::string kept = Put(".plotmeter-ghi789-kept", "kept on purpose");
+  const std::string other = Put(".plotmeter-notes", "the user's own");
+  const int held = ::open(inUse.c_str(), O_RDONLY);
+  ASSERT_EQ(::flock(held, LOCK_EX), 0);
+  ASSERT_TRUE(ReplaceFileSafely(folder_.Path("lot.csv"), "new\n").saved);
+  ::close(held);
+  EXPECT_FALSE(fs::exists(abandoned));
+  EXPECT_TRUE(fs::exists(inUse));
+  EXPECT_TRUE(fs::exists(kept));
+  EXPECT_TRUE(fs::exists(other));
+}
+
+int KillTries() {
+  const char* tries = std::getenv("PLOTMETER_KILL_TRIES");
+  return tries ? std::atoi(tries) : 100;
+}
+
+std::string LargeText(char fill, std::size_t size) {
+  std::string text(size, fill);
+  for (std::size_t at = 79; at < size; at += 80) text[at] = '\n';
+  return text;
+}
+
+// The whole file in one read: the kill test reads it after every kill.
+std::string QuickContents(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::string text(fs::file_size(path), '\0');
+  in.read(text.data(), static_cast<std::streamsize>(text.size()));
+  return text;
+}
+
+// Saves `text` in a child process; returns its id.
+pid_t SaveInChild(const std::string& path, const std::string& text) {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(ReplaceFileSafely(path, text).saved ? 0 : 1);
+  return child;
+}
+
+// Saves of a large file, each killed at a random moment by the signals that end a program
+// (SIGKILL, SIGTERM, SIGINT). After every kill the file is the old text or the new one,
+// whole. Nothing else is left once the next save has run; only SIGKILL, in the instant
+// between naming the finished file and renaming it, can leave it under its temporary name
+// until then, and that file is whole. About a hundred kills, a few seconds;
+// PLOTMETER_KILL_TRIES sets another number.
+TEST_F(SafeFileTest, SavesKilledAtRandomMomentsLeaveOneWholeFileAndNothingElse) {
+  const std::string path = folder_.Path("survey.csv");
+  const std::string texts[] = {LargeText('a', 1 << 20), LargeText('b', 3 << 18)};
+  ASSERT_TRUE(ReplaceFileSafely(path, texts[0]).saved);
+
+  // The quickest of a few whole saves in a child: the kills fall anywhere from the fork
+  // to the end of a save.
+  auto save = std::chrono::steady_clock::duration::max();
+  for (int calibration = 0; calibration < 5; ++calibration) {
+    const auto start = std::chrono::steady_clock::now();
+    int status = 0;
+    ASSERT_GT(::waitpid(SaveInChild(path, texts[calibration % 2]), &status, 0), 0);
+    ASSERT_EQ(status, 0);
+    save = std::min(save, std::chrono::steady_clock::now() - start);
+  }
+
+  std::mt19937 random(20241);
+  std::uniform_int_distribution<long> moment(0, std::chrono::nanoseconds(save).count());
+  const int signals[] = {SIGKILL, SIGTERM, SIGINT};
+  const int tries = KillTries();
+  int killedInTime = 0, torn = 0, partial = 0, status = 0;
+  std::set<fs::path> named;
+  for (int attempt = 0; attempt < tries; ++attempt) {
+    const int signal = signals[attempt % 3];
+    const pid_t child = SaveInChild(path, texts[attempt % 2]);
+    std::this_thread::sleep_for(std::chrono::nanoseconds(moment(random)));
+    ::kill(child, signal);
+    ::waitpid(child, &status, 0);
+    if (WIFSIGNALED(status)) ++killedInTime;
+    const std::string now = QuickContents(path);
+    if (now != texts[0] && now != texts[1]) ++torn;
+    for (const auto& entry : fs::directory_iterator(folder_.Path())) {
+      if (entry.path() == path || !named.insert(entry.path()).second) continue;
+      const std::string left = QuickContents(entry.path());
+      if ((left != texts[0] && left != texts[1]) || signal != SIGKILL) ++partial;
+    }
+  }
+  ASSERT_TRUE(ReplaceFileSafely(path, texts[0]).saved);
+  const int leftBehind = folder_.FileCount() - 1;
+  std::cout << "[ figures  ] " << tries << " saves killed, " << killedInTime
+            << " before they ended: " << torn << " torn, " << leftBehind << " left behind; "
+            << named.size() << " whole under the temporary name until the next save\n";
+  EXPECT_EQ(torn, 0);
+  EXPECT_EQ(partial, 0);
+  EXPECT_EQ(leftBehind, 0);
+  // Many kills must come before a save ends, or the test proves nothing.
+  EXPECT_GT(killedInTime, tries / 4);
+}
+
+}  // namespace
+}  // namespace plotmeter
