@@ -134,7 +134,7 @@ std::string FormatLength(const Survey& survey, float value) {
     if (fraction == 0) return whole;
     std::string sub = FormatNumber(fraction * SubUnitsPerUnit(survey.UnitOfMeasure), "#0.0##");
     // -0.25 ft rounds to a whole part of "0"; the sign must still be written to read back.
-    if (value < 0 && whole.front() != '-' && sub != "0.0") whole.insert(0, "-");
+    if (value < 0 && whole.front() != '-' && sub != "0.0") whole = "-" + whole;
     return whole + survey.SubValueSeparator + sub;
   }
   // A negative value keeps two more decimals, on purpose.

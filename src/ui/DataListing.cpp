@@ -483,7 +483,10 @@ class ListingFileReader {
     SplitFields(line_, separator_, fields);
     const std::string_view code = TrimBlanks(fields[1]);
     const char letter = code.size() == 1 ? DatasetLetter(DatasetTypeFromLetter(code[0])) : '\0';
-    if (letter == '\0') return "'" + std::string(code) + "'" + std::string(kInvalidDatasetCode);
+    // Built by appending: g++ 12 wrongly warns (-Wrestrict) on text put before a temporary.
+    if (letter == '\0') {
+      return std::string("'").append(code).append("'").append(kInvalidDatasetCode);
+    }
     if (letter == 'M' || letter == 'N') {
       if (mainSeen_) return std::string(kMultipleMain);
       mainSeen_ = true;
