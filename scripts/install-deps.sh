@@ -2,7 +2,9 @@
 # Installs what Plotmeter needs to build and test on Debian 12.
 set -euo pipefail
 packages=(build-essential cmake libgtest-dev libgmock-dev libbenchmark-dev
-          libcli11-dev nlohmann-json3-dev clang clang-format libclang-rt-14-dev)
+          libcli11-dev nlohmann-json3-dev clang clang-format libclang-rt-14-dev
+          # the package and its checks (scripts/package.sh)
+          file librsvg2-bin lintian desktop-file-utils appstream xvfb xauth)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
