@@ -6,7 +6,7 @@
 # cmake.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=build-package
+build="build-package"
 sudo=""
 [ "$(id -u)" -ne 0 ] && sudo="sudo"
 
