@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 corpus=${1:-build-asan/fuzz-corpus}
 flags="-fprofile-instr-generate -fcoverage-mapping"
 CC=clang CXX=clang++ cmake -S . -B build-cov -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DPLOTMETER_FUZZ=ON -DPLOTMETER_TESTS=OFF -DPLOTMETER_BENCH=OFF \
+  -DPLOTMETER_FUZZ=ON -DPLOTMETER_WERROR=ON -DPLOTMETER_TESTS=OFF -DPLOTMETER_BENCH=OFF \
   -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_EXE_LINKER_FLAGS="$flags" > /dev/null
 cmake --build build-cov --target plotmeter_fuzz -j "$(nproc)"
 export TMPDIR=${TMPDIR:-/dev/shm}

@@ -9,6 +9,7 @@
 #include <system_error>
 #include <vector>
 
+#include "PlotmeterVersion.h"
 #include "cli/Commands.h"
 #include "cli/TextOutput.h"
 #include "geometry/Area.h"
@@ -17,8 +18,6 @@
 namespace plotmeter {
 
 namespace {
-
-constexpr const char* kVersion = "plotmeter-cli 0.1.0";
 
 constexpr const char* kUsage =
     "Usage: plotmeter-cli COMMAND FILE [options]\n"
@@ -244,7 +243,7 @@ int Dispatch(const CLI::App& app, Parsed& parsed, std::ostream& out, std::ostrea
 int RunCli(std::span<const std::string> args, std::ostream& out, std::ostream& err,
            bool outIsTerminal) {
   CLI::App app{"Plotmeter: the area of a plot of land from survey data", "plotmeter-cli"};
-  app.set_version_flag("--version", kVersion);
+  app.set_version_flag("--version", "plotmeter-cli " + std::string(kPlotmeterVersion));
   app.footer(kFooter);
   app.require_subcommand(1);
   app.fallthrough();

@@ -58,7 +58,7 @@ std::string OvershootMessage(const Survey& survey, const OvershootWords& words,
                      "The last point is " + survey.FieldSeparator +
                      FormatLength(survey, closingLength);
   if (survey.UnitOfMeasure < 6) {
-    text += " " + std::string(UnitName(survey.UnitOfMeasure)) + words.from + "\n\n";
+    text.append(" ").append(UnitName(survey.UnitOfMeasure)).append(words.from).append("\n\n");
   }
   return text + "If appropriate, remove the last point from the data to correct,\n" +
          words.lastLine +

@@ -15,6 +15,7 @@
 #include <thread>
 #include <vector>
 
+#include "PlotmeterVersion.h"
 #include "cli/Cli.h"
 #include "cli/TextOutput.h"
 #include "support/MemoryLimit.h"
@@ -421,7 +422,7 @@ TEST_F(CliTest, HelpAndVersion) {
   EXPECT_EQ(Run({"area", "--help"}), 0);
   EXPECT_NE(out_.str().find("--unit"), std::string::npos);
   EXPECT_EQ(Run({"--version"}), 0);
-  EXPECT_EQ(out_.str(), "plotmeter-cli 0.1.0\n");
+  EXPECT_EQ(out_.str(), "plotmeter-cli " + std::string(kPlotmeterVersion) + "\n");
   EXPECT_EQ(err_.str(), "");
 }
 
