@@ -8,10 +8,12 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMainWindow>
+#include <QPointer>
 #include <QPushButton>
 #include <array>
 
 #include "ui/PlotmeterLogic.h"
+#include "ui/qt/LegendWindows.h"
 #include "ui/qt/PlotView.h"
 #include "ui/qt/QtDialogs.h"
 
@@ -50,10 +52,13 @@ class MainWindow : public QMainWindow {
   void chooseAreaUnit(int index);
   void chooseSegment(int index);
   void pressDrawing(MouseButton button, QPointF at);
+  void showList();
+  void showLegend();
 
   PlotmeterLogic logic_;
   QtDialogs ownDialogs_;
   UserDialogs& dialogs_;
+  QPointer<AreaLegendWindow> legend_;
 
   PlotView* DisplaySh;
   std::array<QPushButton*, 4> DataBtn{};
