@@ -1,11 +1,36 @@
 #include "ui/DataListWindow.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 
 namespace plotmeter {
 
 namespace {
+
+// A value longer than anything typed by hand (a damaged file) is shown in part, marked
+// as the listing marks a cut value, so that the box stays readable and quick to show.
+constexpr std::size_t kEditValueLimit = 1000;
+
+std::string CutLongValue(std::string_view line) {
+  const std::size_t colon = line.find(": ");
+  const std::size_t value = colon == std::string_view::npos ? 0 : colon + 2;
+  if (line.size() <= value + kEditValueLimit) return std::string(line);
+  return std::string(line.substr(0, value + kEditValueLimit)) + "+ (" +
+         std::to_string(line.size() - value) + " characters)";
+}
+
+// The "Caption: value" lines of the input, each value cut to the limit.
+std::string CutLongValues(std::string_view input) {
+  std::string text;
+  for (;;) {
+    const std::size_t end = input.find('\n');
+    text += CutLongValue(input.substr(0, end));
+    if (end == std::string_view::npos) return text;
+    text += '\n';
+    input.remove_prefix(end + 1);
+  }
+}
 
 bool IsBox(int index, int count) { return index >= 0 && index < count; }
 
@@ -61,9 +86,10 @@ void DataListWindowLogic::Refresh() { list_.Refresh(survey_); }
 std::optional<MessageBox> DataListWindowLogic::EditBox(int line) const {
   const std::optional<std::string> input = list_.EditText(line);
   if (!input) return std::nullopt;
-  return MessageBox{.title = "Input Data",
-                    .text = "Point " + PointNumberOf(list_.DataLst()[line]) + "\n" + *input,
-                    .icon = Icon::Information};
+  return MessageBox{
+      .title = "Input Data",
+      .text = "Point " + PointNumberOf(list_.DataLst()[line]) + "\n" + CutLongValues(*input),
+      .icon = Icon::Information};
 }
 
 bool DataListWindowLogic::Edit(int line, UserDialogs& dialogs) const {

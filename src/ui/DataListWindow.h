@@ -41,7 +41,8 @@ class DataListWindowLogic {
   const DataListLogic& listing() const { return list_; }
 
   // "Edit" (or a double click) on list line `line`: the box that shows the whole of that
-  // point's input as typed. Nothing for a line that is not a point, or no line (-1).
+  // point's input as typed; only a value beyond a thousand characters is cut. Nothing
+  // for a line that is not a point, or no line (-1).
   std::optional<MessageBox> EditBox(int line) const;
   // Shows the "Edit" box of `line` when it has one; false when nothing was shown.
   bool Edit(int line, UserDialogs& dialogs) const;

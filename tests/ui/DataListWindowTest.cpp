@@ -93,6 +93,16 @@ TEST_F(DataListWindowTest, EditShowsTheWholeTypedInputOfACutValue) {
   EXPECT_EQ(dialogs_.boxes.size(), shown);
 }
 
+// A value no one typed by hand (a damaged file) is shown in part, so the box stays usable.
+TEST_F(DataListWindowTest, EditCutsAValueBeyondAThousandCharacters) {
+  const std::string whole(1000, '7');
+  DataListWindowLogic window(
+      Load("44,#0092,1,0,0,58\nH,M\n1,X,,," + whole + ",1\n2,X,,," + whole + "8,2\n"));
+  EXPECT_EQ(window.EditBox(1)->text, "Point 1\nI/P-X(B): " + whole + "\nI/P-Y(L): 1");
+  EXPECT_EQ(window.EditBox(2)->text,
+            "Point 2\nI/P-X(B): " + whole + "+ (1001 characters)\nI/P-Y(L): 2");
+}
+
 TEST_F(DataListWindowTest, CopyGivesTheHeadingAndTheLinesWithoutPadding) {
   DataListWindowLogic window(
       Load("44,#0092,1,0,0,58\nH,M,Shed\n1,X,,,0,0\n2,X,,,123456789012,5\n"));

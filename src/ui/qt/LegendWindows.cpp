@@ -53,7 +53,15 @@ LegendSampleView::LegendSampleView(const LegendSample& sample, double markerSide
 
 QSize LegendSampleView::sizeHint() const {
   const double side = markerSide_ * (sample_.selected ? kSelectedMarkerScale : 1);
-  return {kSampleWidth, std::max(kSampleMinHeight, static_cast<int>(side) + 6)};
+  const int labelWidth = fontMetrics().horizontalAdvance(Text(sample_.label)) + 8;
+  return {std::max(kSampleWidth, labelWidth),
+          std::max(kSampleMinHeight, static_cast<int>(side) + 6)};
+}
+
+void LegendSampleView::setMarkerSide(double side) {
+  markerSide_ = side;
+  updateGeometry();
+  update();
 }
 
 // A line runs across the sample; a marker stands at the line's start, or in the middle
@@ -81,6 +89,10 @@ void LegendSampleView::paintEvent(QPaintEvent*) {
         sample_.anchor == LabelAnchor::kCentre ? area.center() : QPointF(area.left() + 2, 2);
     PaintLabel(painter, at, sample_.anchor, Text(sample_.label));
   }
+}
+
+void AreaLegendWindow::setMarkerSide(double side) {
+  for (auto* sample : findChildren<LegendSampleView*>()) sample->setMarkerSide(side);
 }
 
 AreaLegendWindow::AreaLegendWindow(double markerSide, QWidget* parent) : QDialog(parent) {

@@ -19,6 +19,7 @@ class LegendSampleView : public QWidget {
   LegendSampleView(const LegendSample& sample, double markerSide, QWidget* parent = nullptr);
 
   QSize sizeHint() const override;
+  void setMarkerSide(double side);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -33,6 +34,8 @@ class AreaLegendWindow : public QDialog {
 
  public:
   explicit AreaLegendWindow(double markerSide, QWidget* parent = nullptr);
+  // The drawing's markers are shown at a new size.
+  void setMarkerSide(double side);
 
  private:
   QPushButton* CloseBtn;

@@ -256,10 +256,9 @@ void MainWindow::showList() {
 
 // The legend's markers are the size the drawing shows them at now.
 void MainWindow::showLegend() {
-  if (!legend_) {
-    legend_ =
-        new AreaLegendWindow(logic_.scene().markerSize * DisplaySh->transform().Scale(), this);
-  }
+  const double markerSide = logic_.scene().markerSize * DisplaySh->transform().Scale();
+  if (!legend_) legend_ = new AreaLegendWindow(markerSide, this);
+  legend_->setMarkerSide(markerSide);
   legend_->show();
   legend_->raise();
   legend_->activateWindow();
