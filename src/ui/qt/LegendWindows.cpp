@@ -92,7 +92,7 @@ void LegendSampleView::paintEvent(QPaintEvent*) {
 }
 
 void AreaLegendWindow::setMarkerSide(double side) {
-  for (auto* sample : findChildren<LegendSampleView*>()) sample->setMarkerSide(side);
+  for (LegendSampleView* sample : samples_) sample->setMarkerSide(side);
 }
 
 AreaLegendWindow::AreaLegendWindow(double markerSide, QWidget* parent) : QDialog(parent) {
@@ -107,6 +107,7 @@ AreaLegendWindow::AreaLegendWindow(double markerSide, QWidget* parent) : QDialog
     if (hasSample) {
       auto* sample = new LegendSampleView(row.sample, markerSide);
       sample->setObjectName(Indexed("LegendSh", i));
+      samples_.push_back(sample);
       grid->addWidget(sample, i, 0, Qt::AlignCenter);
     }
     grid->addWidget(NamedLabel(Indexed("LegendLbl", i), row.text), i, 1);

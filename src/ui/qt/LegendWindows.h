@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <QPushButton>
 #include <QWidget>
+#include <vector>
 
 #include "ui/Legends.h"
 
@@ -38,6 +39,7 @@ class AreaLegendWindow : public QDialog {
   void setMarkerSide(double side);
 
  private:
+  std::vector<LegendSampleView*> samples_;
   QPushButton* CloseBtn;
 };
 
