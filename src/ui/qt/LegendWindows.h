@@ -15,6 +15,8 @@ namespace plotmeter::qt {
 // One sample of the area legend, drawn as the drawing draws that symbol: the same colours,
 // line width and marker shape, on the drawing's white.
 class LegendSampleView : public QWidget {
+  Q_OBJECT
+
  public:
   // `markerSide`: the marker's side on the screen, in pixels, as the drawing shows it.
   LegendSampleView(const LegendSample& sample, double markerSide, QWidget* parent = nullptr);
