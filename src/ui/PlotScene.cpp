@@ -170,7 +170,7 @@ class SceneBuilder {
       ScreenXY at = OnScreen(scene_, point.X, point.Y);
       MarkerRole role = RoleOf(survey_, d, i, errorLines_);
       MarkerColours colours = ColoursOf(role);
-      float size = scene_.markerSize * (i == state_.SelectedPoint ? 4 : 1);
+      float size = scene_.markerSize * (i == state_.SelectedPoint ? kSelectedMarkerScale : 1);
       scene_.markers.push_back({i, at.x, at.y, size, role, colours.border, colours.fill, false});
       scene_.screen[i] = {at.x, at.y, true};
     }

@@ -86,6 +86,9 @@ struct ScreenPoint {
   bool drawn = false;
 };
 
+// A left click enlarges the selected point's marker to this many times the marker size.
+inline constexpr float kSelectedMarkerScale = 4;
+
 // The side of the square drawing area in display units: wide enough that a tag label
 // fits beside a point on one side or the other, small enough that a marker of 30 units
 // reads as a marker on screen.

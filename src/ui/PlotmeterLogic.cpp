@@ -198,7 +198,7 @@ void PlotmeterLogic::ClickDrawing(MouseButton button, float x, float y) {
     if (button == MouseButton::kLeft) {
       state_.SelectedPoint = hit.point;
       display_.EditSubLbl = "Point " + std::to_string(hit.point + 1) + " selected";
-      ResizeMarker(scene_, hit.point, 4 * scene_.markerSize);
+      ResizeMarker(scene_, hit.point, kSelectedMarkerScale * scene_.markerSize);
     } else if (button == MouseButton::kRight) {
       scene_.TagDSLbl =
           TagLabel(scene_, scene_.screen[hit.point], survey_.Datasets[hit.dataset - 1].DatasetTag);

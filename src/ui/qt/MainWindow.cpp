@@ -11,6 +11,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "ui/qt/DataListWindow.h"
+
 namespace plotmeter::qt {
 
 namespace {
@@ -183,6 +185,8 @@ void MainWindow::createConnections() {
   connect(AreaUnitCmb, &QComboBox::activated, this, &MainWindow::chooseAreaUnit);
   connect(AreaSgmtCmb, &QComboBox::activated, this, &MainWindow::chooseSegment);
   connect(DisplaySh, &PlotView::pressed, this, &MainWindow::pressDrawing);
+  connect(ListBtn, &QPushButton::clicked, this, &MainWindow::showList);
+  connect(LegendBtn, &QPushButton::clicked, this, &MainWindow::showLegend);
 }
 
 // Keys that act as the file buttons; a disabled button ignores its key too.
@@ -245,6 +249,25 @@ void MainWindow::chooseSegment(int index) {
 void MainWindow::pressDrawing(MouseButton button, QPointF at) {
   logic_.ClickDrawing(button, static_cast<float>(at.x()), static_cast<float>(at.y()));
   showState();
+}
+
+// The listing opens afresh each time, with its opening boxes; it is modal, so the survey
+// it lists cannot change under it.
+void MainWindow::showList() {
+  UserDialogs* injected = &dialogs_.inner() == &ownDialogs_ ? nullptr : &dialogs_.inner();
+  auto* list = new DataListWindow(logic_.survey(), injected, this);
+  list->setAttribute(Qt::WA_DeleteOnClose);
+  list->show();
+}
+
+// The legend's markers are the size the drawing shows them at now.
+void MainWindow::showLegend() {
+  const double markerSide = logic_.scene().markerSize * DisplaySh->transform().Scale();
+  if (!legend_) legend_ = new AreaLegendWindow(markerSide, this);
+  legend_->setMarkerSide(markerSide);
+  legend_->show();
+  legend_->raise();
+  legend_->activateWindow();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -8,10 +8,12 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMainWindow>
+#include <QPointer>
 #include <QPushButton>
 #include <array>
 
 #include "ui/PlotmeterLogic.h"
+#include "ui/qt/LegendWindows.h"
 #include "ui/qt/PlotView.h"
 #include "ui/qt/QtDialogs.h"
 
@@ -50,6 +52,8 @@ class MainWindow : public QMainWindow {
   void chooseAreaUnit(int index);
   void chooseSegment(int index);
   void pressDrawing(MouseButton button, QPointF at);
+  void showList();
+  void showLegend();
 
   // Shows the window's latest state before each box, so that a box raised half-way
   // through a command stands over what it talks about (a bad perimeter drawn in red).
@@ -62,6 +66,7 @@ class MainWindow : public QMainWindow {
     FileChoice SelectFile(const FileDialogRequest& request) override {
       return dialogs_.SelectFile(request);
     }
+    UserDialogs& inner() { return dialogs_; }
 
    private:
     MainWindow& window_;
@@ -71,6 +76,7 @@ class MainWindow : public QMainWindow {
   PlotmeterLogic logic_;
   QtDialogs ownDialogs_;
   StateFirstDialogs dialogs_;
+  QPointer<AreaLegendWindow> legend_;
 
   PlotView* DisplaySh;
   std::array<QPushButton*, 4> DataBtn{};
