@@ -14,34 +14,50 @@ QPen CosmeticPen(Rgb colour, double width) {
   return pen;
 }
 
+QPen StylePen(Rgb colour, const SceneStyle& style) {
+  QPen pen = CosmeticPen(colour, style.lineWidth);
+  pen.setCosmetic(style.cosmeticPens);
+  return pen;
+}
+
+double MarkerSide(const SceneMarker& marker, const PlotScene& scene,
+                  const SceneTransform& transform, const SceneStyle& style) {
+  if (style.markerSide > 0 && scene.markerSize > 0) {
+    return style.markerSide * marker.size / scene.markerSize;
+  }
+  return marker.size * transform.Scale();
+}
+
 }  // namespace
 
 QColor ToQColor(Rgb rgb) { return QColor(rgb.red, rgb.green, rgb.blue); }
 
-SceneTransform::SceneTransform(const PlotScene& scene, const QRectF& target)
-    : left_(scene.left), top_(scene.top) {
+SceneTransform::SceneTransform(const PlotScene& scene, const QRectF& target) {
   double side = std::min(target.width(), target.height());
   area_ = QRectF(target.center().x() - side / 2, target.center().y() - side / 2, side, side);
   scale_ = scene.width > 0 ? side / scene.width : 1;
+  origin_ = area_.topLeft() - QPointF(scene.left, scene.top) * scale_;
+}
+
+SceneTransform SceneTransform::Centred(const QRectF& area, QPointF centre, double scale) {
+  return SceneTransform(area, area.center() - centre * scale, scale);
 }
 
 QPointF SceneTransform::ToDevice(float x, float y) const {
-  return {area_.left() + (x - left_) * scale_, area_.top() + (y - top_) * scale_};
+  return {origin_.x() + x * scale_, origin_.y() + y * scale_};
 }
 
-QPointF SceneTransform::ToScene(QPointF device) const {
-  return {left_ + (device.x() - area_.left()) / scale_, top_ + (device.y() - area_.top()) / scale_};
-}
+QPointF SceneTransform::ToScene(QPointF device) const { return (device - origin_) / scale_; }
 
 void PaintMarker(QPainter& painter, QPointF centre, double side, Rgb border, Rgb fill,
                  const SceneStyle& style) {
-  painter.setPen(CosmeticPen(border, style.lineWidth));
+  painter.setPen(StylePen(border, style));
   painter.setBrush(ToQColor(fill));
   painter.drawEllipse(centre, side / 2, side / 2);
 }
 
 void PaintLine(QPainter& painter, QPointF from, QPointF to, Rgb colour, const SceneStyle& style) {
-  painter.setPen(CosmeticPen(colour, style.lineWidth));
+  painter.setPen(StylePen(colour, style));
   painter.drawLine(from, to);
 }
 
@@ -66,7 +82,11 @@ void PaintLabel(QPainter& painter, QPointF at, LabelAnchor anchor, const QString
 
 void PaintScene(QPainter& painter, const PlotScene& scene, const QRectF& target,
                 const SceneStyle& style) {
-  SceneTransform transform(scene, target);
+  PaintScene(painter, scene, SceneTransform(scene, target), style);
+}
+
+void PaintScene(QPainter& painter, const PlotScene& scene, const SceneTransform& transform,
+                const SceneStyle& style) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   if (style.drawFrame) {
@@ -80,8 +100,8 @@ void PaintScene(QPainter& painter, const PlotScene& scene, const QRectF& target,
               line.colour, style);
   }
   for (const SceneMarker& marker : scene.markers) {
-    PaintMarker(painter, transform.ToDevice(marker.x, marker.y), marker.size * transform.Scale(),
-                marker.border, marker.fill, style);
+    PaintMarker(painter, transform.ToDevice(marker.x, marker.y),
+                MarkerSide(marker, scene, transform, style), marker.border, marker.fill, style);
   }
   if (style.drawLabels) {
     for (const SceneLabel* label : {&scene.LotLbl, &scene.TagDSLbl}) {
