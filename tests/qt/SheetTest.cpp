@@ -235,6 +235,37 @@ class SheetTest : public QObject {
                                  QString::fromLatin1(plotmeter::UnitName(unit).data()) + ")"));
   }
 
+  // At a scale too large for the paper the plot is cut at its frame, in an SVG too (which
+  // cannot clip): no line of the drawing reaches the margin or the block.
+  void aPlotTooLargeIsCutAtTheFrame() {
+    QTemporaryDir folder;
+    PlotmeterLogic logic;
+    ScriptedDialogs dialogs;
+    QVERIFY(logic.LoadNamed(kFarm.toStdString(), dialogs).Succeeded());
+    const QString out = folder.filePath("farm.svg");
+    QVERIFY(plotmeter::qt::ExportSheet(logic, {.scale = 2000}, out, dialogs));
+    const SvgSheet sheet = ReadSvg(out);
+    QRectF frame;
+    for (const SvgRect& rect : sheet.rects) {
+      if (rect.fill == "none" &&
+          rect.rect.width() * rect.rect.height() > frame.width() * frame.height()) {
+        frame = rect.rect;
+      }
+    }
+    const QRectF within = frame.adjusted(-0.01, -0.01, 0.01, 0.01);
+    const QRectF inside = frame.adjusted(0.01, 0.01, -0.01, -0.01);
+    int cut = 0;
+    for (const Stroke& stroke : sheet.strokes) {
+      // A stroke that starts inside the frame stays within it (the block's own lines start
+      // on its edge; the legend stands outside it).
+      const bool fromInside = inside.contains(stroke.from), toInside = inside.contains(stroke.to);
+      if (!fromInside && !toInside) continue;
+      QVERIFY(within.contains(stroke.from) && within.contains(stroke.to));
+      if (fromInside != toInside) ++cut;
+    }
+    QVERIFY(cut > 0);  // some line does run to the frame's edge
+  }
+
   // The PDF's page is the paper chosen, and so is a printer's.
   void pagesAreThePaperChosen() {
     QTemporaryDir folder;

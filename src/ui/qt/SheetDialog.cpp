@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFormLayout>
+#include <QLineEdit>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -92,7 +93,6 @@ SheetDialog::SheetDialog(const PlotmeterLogic& logic, Purpose purpose, QWidget* 
   SheetOkBtn =
       Named(buttons->addButton(printing ? "Print..." : "Export...", QDialogButtonBox::AcceptRole),
             "SheetOkBtn");
-  SheetOkBtn->setDefault(true);
   if (printing) {
     SheetPreviewBtn =
         Named(buttons->addButton("Preview...", QDialogButtonBox::AcceptRole), "SheetPreviewBtn");
@@ -106,6 +106,8 @@ SheetDialog::SheetDialog(const PlotmeterLogic& logic, Purpose purpose, QWidget* 
   column->addWidget(SheetNoteLbl);
   column->addWidget(buttons);
 
+  // Once in the dialog, so that Return prints or exports rather than cancels.
+  SheetOkBtn->setDefault(true);
   connect(SheetScaleCmb, &QComboBox::currentTextChanged, this, &SheetDialog::showNote);
   connect(SheetPaperCmb, &QComboBox::currentIndexChanged, this, &SheetDialog::showNote);
   connect(SheetLandscapeCkB, &QCheckBox::toggled, this, &SheetDialog::showNote);
@@ -122,6 +124,8 @@ void SheetDialog::fillScales() {
   }
   SheetScaleCmb->setEditable(true);
   SheetScaleCmb->setInsertPolicy(QComboBox::NoInsert);
+  SheetScaleCmb->lineEdit()->selectAll();  // a scale typed at once replaces "Fit to page"
+
   for (int scale : UsualScales(logic_.survey().UnitOfMeasure)) {
     SheetScaleCmb->addItem(QString::fromStdString(ScaleText(scale)));
   }

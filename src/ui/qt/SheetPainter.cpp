@@ -268,6 +268,8 @@ void PaintSheet(QPainter& painter, double dotsPerMm, const Sheet& sheet, const P
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setRenderHint(QPainter::TextAntialiasing);
+  // White paper, so that an SVG reads the same on a dark background.
+  painter.fillRect(paper.Rect({0, 0, sheet.paper.width, sheet.paper.height}), Qt::white);
   PaintDrawing(painter, paper, sheet, scene);
   PaintNorthArrow(painter, paper, sheet.northArrow);
   PaintBlockLines(painter, paper, sheet);
