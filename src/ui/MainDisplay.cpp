@@ -21,8 +21,6 @@ int ChosenSegment(const ProcessingState& state, const MainDisplay& display) {
   return (state.AreaState & kSegmentsSwapped) ? 1 : 0;
 }
 
-std::string AreaText(double area) { return FormatNumber(area, area >= 1000 ? "#,##0" : "##0.0#"); }
-
 void ShowUnitChoice(const Survey& survey, MainDisplay& display) {
   bool unspecified = survey.UnitOfMeasure == kUnitNotSpecified;
   display.AreaUnitCmb.visible = !unspecified;
@@ -41,6 +39,8 @@ void ShowDeclination(const Survey& survey, MainDisplay& display) {
 }
 
 }  // namespace
+
+std::string AreaText(double area) { return FormatNumber(area, area >= 1000 ? "#,##0" : "##0.0#"); }
 
 MainDisplay::MainDisplay() {
   for (int unit = 0; unit < kAreaUnitCount; ++unit) {

@@ -76,6 +76,9 @@ struct MainDisplay {
   MainDisplay();
 };
 
+// An area as `AreaValLbl` shows it: "#,##0" from 1000 up, "##0.0#" below.
+std::string AreaText(double area);
+
 // Shows the area after a processing run, or after a change of segment or unit: the value
 // or a state text in `AreaValLbl`, the segment and unit lists, the heading ("Area", or
 // "Area (GPS)" for an area worked out from GPS positions) and the magnetic declination.

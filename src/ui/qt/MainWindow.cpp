@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "ui/qt/DataListWindow.h"
+#include "ui/qt/SheetDialog.h"
 
 namespace plotmeter::qt {
 
@@ -156,6 +157,10 @@ QWidget* MainWindow::createSidePanel() {
   dataGrid->addWidget(MagDecHdrLbl, 2, 0);
   dataGrid->addWidget(MagDecLbl, 2, 1);
   dataGrid->addWidget(ListBtn, 3, 0, 1, 2);
+  PrintBtn = NamedButton("PrintBtn", "Print...");
+  ExportBtn = NamedButton("ExportBtn", "Export...");
+  dataGrid->addWidget(PrintBtn, 4, 0);
+  dataGrid->addWidget(ExportBtn, 4, 1);
 
   ExitBtn = NamedButton("ExitBtn", "Exit");
 
@@ -187,6 +192,8 @@ void MainWindow::createConnections() {
   connect(DisplaySh, &PlotView::pressed, this, &MainWindow::pressDrawing);
   connect(ListBtn, &QPushButton::clicked, this, &MainWindow::showList);
   connect(LegendBtn, &QPushButton::clicked, this, &MainWindow::showLegend);
+  connect(PrintBtn, &QPushButton::clicked, this, [this] { PrintPlot(this, logic_); });
+  connect(ExportBtn, &QPushButton::clicked, this, [this] { ExportPlot(this, logic_, dialogs_); });
 }
 
 // Keys that act as the file buttons; a disabled button ignores its key too.
@@ -197,6 +204,7 @@ void MainWindow::createShortcuts() {
       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), DataBtn[kSaveAsButton]},
       {QKeySequence::New, DataBtn[kCreateNewButton]},
       {QKeySequence(Qt::CTRL | Qt::Key_Q), ExitBtn},
+      {QKeySequence::Print, PrintBtn},
   };
   for (const auto& [key, button] : keys) {
     auto* action = new QAction(this);
@@ -311,6 +319,8 @@ void MainWindow::showState() {
     EditPtBtn[i]->setEnabled(display.EditPtBtnEnabled[i]);
   }
   DisplaySh->setScene(logic_.scene(), logic_.state().SelectedPoint);
+  PrintBtn->setEnabled(!logic_.scene().markers.empty());
+  ExportBtn->setEnabled(!logic_.scene().markers.empty());
 }
 
 void MainWindow::showAreaControls() {

@@ -84,6 +84,8 @@ class MainWindow : public QMainWindow {
   std::array<QPushButton*, 4> EditPtBtn{};
   QPushButton* ListBtn;
   QPushButton* LegendBtn;
+  QPushButton* PrintBtn;  // the sheet to scale: "Print..." and "Export..."
+  QPushButton* ExportBtn;
   std::array<QCheckBox*, kOptionCount> OptnsCkB{};
   QComboBox* AreaSgmtCmb;
   QComboBox* AreaUnitCmb;

@@ -1,0 +1,251 @@
+// The printed sheet's layout: scales that are exact in every unit of length, "Fit to
+// page", the scale bar against its label, the paper and the information block.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/ScriptedDialogs.h"
+#include "support/TestFolder.h"
+#include "ui/PlotmeterLogic.h"
+#include "ui/Sheet.h"
+
+namespace plotmeter {
+namespace {
+
+// A rectangle `width` by `height` in `unit` (a `UnitOfMeasure` code).
+std::string Rectangle(int unit, const std::string& width, const std::string& height) {
+  return "44,#0092," + std::to_string(unit) + ",0,0,58,Rectangle\nH,M,Rectangle\n1,X,,,0,0\n" +
+         "2,X,,," + width + ",0\n3,X,,," + width + "," + height + "\n4,X,,,0," + height + "\n";
+}
+
+class SheetLayoutTest : public ::testing::Test {
+ protected:
+  void Load(const std::string& text) {
+    ASSERT_TRUE(logic_.Load(folder_.Write("plot.csv", text), dialogs_).Succeeded());
+  }
+  void LoadExample(const std::string& name) {
+    ASSERT_TRUE(
+        logic_.Load(std::string(PLOTMETER_EXAMPLES_DIR) + "/" + name, dialogs_).Succeeded());
+  }
+  Sheet LayOut(int scale, Paper paper = Paper::kA4, bool landscape = false) {
+    return LayOutSheet(logic_, {.paper = PaperSize(paper, landscape), .scale = scale},
+                       "2024-05-31");
+  }
+
+  testing::TestFolder folder_;
+  testing::ScriptedDialogs dialogs_;
+  PlotmeterLogic logic_;
+};
+
+// One unit of length in millimetres, from the units' definitions: the inch is 25.4 mm, the
+// foot 12 inches, the chain 66 feet, the mile 80 chains.
+TEST(SheetUnits, MillimetresFollowTheUnitsDefinitions) {
+  const double inch = 25.4;
+  EXPECT_DOUBLE_EQ(MillimetresPerUnit(kUnitMeters), 1000);
+  EXPECT_DOUBLE_EQ(MillimetresPerUnit(kUnitKilometers), 1e6);
+  EXPECT_DOUBLE_EQ(MillimetresPerUnit(kUnitFeet), 12 * inch);
+  EXPECT_DOUBLE_EQ(MillimetresPerUnit(kUnitChains), 66 * 12 * inch);
+  EXPECT_DOUBLE_EQ(MillimetresPerUnit(kUnitMiles), 80 * 66 * 12 * inch);
+  EXPECT_EQ(MillimetresPerUnit(kUnitNotSpecified), 0);
+}
+
+TEST(SheetScale, TypedScalesAndPapersAreReadOrRefused) {
+  struct Case {
+    const char* text;
+    std::optional<int> scale;
+  };
+  const Case cases[] = {
+      {"1000", 1000},           {"1:1000", 1000},
+      {"1:1,250", 1250},        {" fit ", 0},
+      {"Fit to page", 0},       {"FIT", 0},
+      {"100000000", 100000000}, {"0", std::nullopt},
+      {"-5", std::nullopt},     {"1:", std::nullopt},
+      {"", std::nullopt},       {"1:1000x", std::nullopt},
+      {"2.5", std::nullopt},    {"100000001", std::nullopt},
+  };
+  for (const Case& c : cases) EXPECT_EQ(ParseScale(c.text), c.scale) << '"' << c.text << '"';
+  EXPECT_EQ(ScaleText(1250), "1:1,250");
+  EXPECT_EQ(PaperNamed("letter"), Paper::kLetter);
+  EXPECT_EQ(PaperNamed("B5"), std::nullopt);
+}
+
+// "Fit to page" takes the largest usual scale that fits; beyond the last one the least
+// whole N that fits.
+TEST(SheetScale, FitToPageTakesTheLargestUsualScaleThatFits) {
+  struct Case {
+    int unit;
+    double width, height;
+    int scale;
+  };
+  const SizeMm room{170, 200};
+  const Case cases[] = {
+      {kUnitMeters, 400, 300, 2500},          // 400 m needs 1:2,353
+      {kUnitMeters, 170, 100, 1000},          // exactly 170 mm at 1:1,000
+      {kUnitMeters, 10, 400, 2000},           // the height decides, exactly 1:2,000
+      {kUnitFeet, 1000, 500, 2400},           // 1:1,793 needed: an inch to 200 feet
+      {kUnitChains, 10, 5, 1200},             // 201,168 mm in 170 mm: 1:1,183
+      {kUnitMiles, 1, 1, 9600},               // 1,609,344 mm in 170 mm: 1:9,467
+      {kUnitMeters, 0, 0, 50},                // one point: the largest usual scale
+      {kUnitKilometers, 2000, 10, 11764706},  // beyond 1:1,000,000
+      {kUnitNotSpecified, 400, 300, 0},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(FitScale(c.width, c.height, room, c.unit), c.scale)
+        << c.unit << ": " << c.width << " x " << c.height;
+  }
+}
+
+// At 1:N a unit of length is exactly its millimetres / N on the sheet, the scale bar's
+// length is what its label says, and the bar fits in its cell.
+TEST_F(SheetLayoutTest, ScaleAndScaleBarAreExact) {
+  struct Case {
+    int unit;
+    const char* side;
+    int scale;
+    double millimetresPerUnit;  // on the sheet
+    const char* barLabel;
+    double barLength;  // units
+  };
+  const Case cases[] = {
+      {kUnitMeters, "100", 1000, 1.0, "20 m", 20},
+      {kUnitFeet, "100", 1200, 0.254, "100 ft", 100},  // an inch to 100 feet
+      {kUnitChains, "10", 7920, 2.54, "10 ch", 10},    // an inch to 10 chains
+      {kUnitKilometers, "2", 25000, 40.0, "1 km", 1},  // 40 mm to the kilometre
+      {kUnitMeters, "100", 1250, 0.8, "50 m", 50},     // 40 mm
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.barLabel);
+    Load(Rectangle(c.unit, c.side, c.side));
+    const Sheet sheet = LayOut(c.scale);
+    EXPECT_EQ(sheet.scale, c.scale);
+    EXPECT_NEAR(sheet.millimetresPerUnit, c.millimetresPerUnit, 1e-12);
+    EXPECT_NEAR(sheet.millimetresPerDisplayUnit * logic_.scene().scale, c.millimetresPerUnit, 1e-9);
+    EXPECT_EQ(sheet.scaleBar.endLabel, c.barLabel);
+    EXPECT_NEAR(sheet.scaleBar.length, c.barLength, 1e-12);
+    EXPECT_NEAR(sheet.scaleBar.bar.width, c.barLength * c.millimetresPerUnit, 1e-9);
+    EXPECT_GE(sheet.scaleBar.bar.left, sheet.scaleCell.left);
+    EXPECT_LE(sheet.scaleBar.bar.right(), sheet.scaleCell.right());
+    EXPECT_LE(sheet.scaleBar.bar.bottom(), sheet.scaleCell.bottom());
+  }
+}
+
+// The frame and the block fill the paper inside its margin without overlapping, in every
+// paper size and both ways round.
+TEST_F(SheetLayoutTest, FrameAndBlockShareEveryPaper) {
+  Load(Rectangle(kUnitMeters, "100", "60"));
+  for (Paper paper : kPapers) {
+    for (bool landscape : {false, true}) {
+      SCOPED_TRACE(std::string(PaperName(paper)) + (landscape ? " landscape" : " portrait"));
+      const Sheet sheet = LayOut(0, paper, landscape);
+      EXPECT_EQ(sheet.paper.width > sheet.paper.height, landscape);
+      EXPECT_GT(sheet.frame.left, 0);
+      EXPECT_GT(sheet.frame.top, 0);
+      EXPECT_DOUBLE_EQ(sheet.block.top, sheet.frame.bottom());
+      EXPECT_LT(sheet.block.bottom(), sheet.paper.height);
+      EXPECT_LT(sheet.frame.right(), sheet.paper.width);
+      EXPECT_DOUBLE_EQ(sheet.titleCell.left, sheet.block.left);
+      EXPECT_DOUBLE_EQ(sheet.scaleCell.left, sheet.titleCell.right());
+      EXPECT_DOUBLE_EQ(sheet.legendCell.left, sheet.scaleCell.right());
+      EXPECT_NEAR(sheet.legendCell.right(), sheet.block.right(), 1e-9);
+      EXPECT_GT(sheet.titleCell.width, 40);
+      EXPECT_LT(sheet.northArrow.right(), sheet.frame.right());
+      EXPECT_TRUE(sheet.fits);
+    }
+  }
+}
+
+TEST_F(SheetLayoutTest, AScaleTooLargeForThePaperSaysSo) {
+  Load(Rectangle(kUnitMeters, "100", "60"));
+  const Sheet fitted = LayOut(0);
+  EXPECT_EQ(fitted.scale, 1000);
+  EXPECT_EQ(fitted.fittingScale, 1000);
+  EXPECT_TRUE(fitted.fits);
+  EXPECT_EQ(FitNote(fitted), "");
+  EXPECT_EQ(LayOut(1000, Paper::kA4, true).scale, 1000);
+
+  const Sheet cut = LayOut(500);
+  EXPECT_FALSE(cut.fits);  // 200 mm across a frame 190 mm wide
+  EXPECT_EQ(FitNote(cut),
+            "At 1:500 the plot does not fit on the page: it is cut at the edge of the frame.\n"
+            "Fit to page gives 1:1,000.");
+  EXPECT_TRUE(LayOut(500, Paper::kA3, true).fits);
+}
+
+TEST_F(SheetLayoutTest, WithoutAUnitOfLengthThePlotIsOnlyFitted) {
+  Load(Rectangle(kUnitNotSpecified, "100", "60"));
+  const Sheet sheet = LayOut(500);
+  EXPECT_EQ(sheet.scale, 0);
+  EXPECT_TRUE(sheet.fits);
+  EXPECT_EQ(sheet.scaleLine,
+            "No true scale: fitted to the page, the unit of length is not specified");
+  EXPECT_TRUE(sheet.scaleBar.endLabel.ends_with(" units"));
+  EXPECT_NEAR(sheet.scaleBar.bar.width, sheet.scaleBar.length * sheet.millimetresPerUnit, 1e-9);
+  // The plot fills the room across: the frame less the padding on both sides.
+  EXPECT_NEAR(100 * sheet.millimetresPerUnit, sheet.frame.width - 16, 1e-9);
+  EXPECT_EQ(sheet.areaLines, std::vector<std::string>{"6,000 Sq. 'Not specified' Units"});
+}
+
+TEST_F(SheetLayoutTest, TheBlockNamesTheFileAndBothPartsOfADividedPlot) {
+  LoadExample("farm.csv");
+  const Sheet sheet = LayOut(0);
+  EXPECT_EQ(sheet.title, "Willow Creek farm");
+  EXPECT_TRUE(sheet.fileName.ends_with("examples/farm.csv"));
+  EXPECT_EQ(sheet.date, "2024-05-31");
+  EXPECT_EQ(sheet.scaleLine, "Scale 1:5,000 (lengths in Meters)");
+  EXPECT_EQ(sheet.areaHeading, "Area");
+  ASSERT_EQ(sheet.areaLines.size(), 3u);
+  EXPECT_TRUE(sheet.areaLines[0].starts_with("Whole Plot: "));
+  EXPECT_TRUE(sheet.areaLines[1].starts_with("Part 1: "));
+  EXPECT_TRUE(sheet.areaLines[2].starts_with("Part 2: "));
+  for (const std::string& line : sheet.areaLines) EXPECT_TRUE(line.ends_with(" Hectares"));
+}
+
+TEST_F(SheetLayoutTest, AnUntaggedFileIsTitledByItsName) {
+  Load("44,#0092,1,0,0,58\nH,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,10\n");
+  EXPECT_EQ(LayOut(0).title, "plot.csv");
+  EXPECT_EQ(LayOut(0).areaLines, std::vector<std::string>{"0.01 Hectares"});
+}
+
+// The legend lists the symbols the drawing uses, and only those.
+TEST_F(SheetLayoutTest, TheLegendShowsTheSymbolsDrawn) {
+  struct Case {
+    const char* example;
+    std::vector<std::string> texts;
+  };
+  const Case cases[] = {
+      {"farm.csv",
+       {"Main and Sub-division Perimeter Lines", "Start Point & Closing Line (Main / Sub-div only)",
+        "Stand Alone Points (e.g buildings, dams, windmills)"}},
+      {"roads-buildings.csv",
+       {"Main and Sub-division Perimeter Lines", "Start Point & Closing Line (Main / Sub-div only)",
+        "Other Lines (e.g. roads / fences)", "Stand Alone Points (e.g buildings, dams, windmills)",
+        "Intermediate Points (not shape defining)"}},
+      {"paddock-gps.csv",
+       {"Main and Sub-division Perimeter Lines", "Start Point & Closing Line (Main / Sub-div only)",
+        "Stand Alone Points (e.g buildings, dams, windmills)",
+        "Point Alternate position as defined from GPS"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.example);
+    logic_ = PlotmeterLogic();
+    LoadExample(c.example);
+    std::vector<std::string> texts;
+    for (const LegendEntry& entry : LayOut(0).legend) texts.push_back(entry.text);
+    EXPECT_EQ(texts, c.texts);
+  }
+}
+
+TEST(SheetLegend, ASymbolShowsOnlyWhatTheDrawingUses) {
+  PlotScene scene;
+  scene.markers.push_back({.role = MarkerRole::kStandAlone});
+  scene.lines.push_back({.role = LineRole::kError});
+  const std::vector<LegendEntry> legend = LegendOf(scene);
+  ASSERT_EQ(legend.size(), 2u);
+  EXPECT_EQ(legend[0].marker, MarkerRole::kStandAlone);
+  EXPECT_EQ(legend[0].line, std::nullopt);
+  EXPECT_EQ(legend[1].line, LineRole::kError);
+  EXPECT_EQ(legend[1].marker, std::nullopt);  // no red marker was drawn
+}
+
+}  // namespace
+}  // namespace plotmeter
