@@ -11,6 +11,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "ui/qt/DataInputDialog.h"
+
 namespace plotmeter::qt {
 
 namespace {
@@ -175,6 +177,9 @@ void MainWindow::createConnections() {
   connect(DataBtn[kSaveAsButton], &QPushButton::clicked, this, &MainWindow::saveAs);
   connect(DataBtn[kCreateNewButton], &QPushButton::clicked, this, &MainWindow::createNew);
   connect(ExitBtn, &QPushButton::clicked, this, &MainWindow::close);
+  for (int i = 0; i < kEditButtonCount; ++i) {
+    connect(EditPtBtn[i], &QPushButton::clicked, this, [this, i] { clickEditButton(i); });
+  }
   for (int i = 0; i < kOptionCount; ++i) {
     connect(OptnsCkB[i], &QCheckBox::clicked, this,
             [this, i](bool ticked) { clickOption(i, ticked); });
@@ -185,7 +190,7 @@ void MainWindow::createConnections() {
   connect(DisplaySh, &PlotView::pressed, this, &MainWindow::pressDrawing);
 }
 
-// Keys that act as the file buttons; a disabled button ignores its key too.
+// Keys that act as the file and edit buttons; a disabled button ignores its key too.
 void MainWindow::createShortcuts() {
   const std::pair<QKeySequence, QAbstractButton*> keys[] = {
       {QKeySequence::Open, DataBtn[kLoadButton]},
@@ -193,6 +198,8 @@ void MainWindow::createShortcuts() {
       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), DataBtn[kSaveAsButton]},
       {QKeySequence::New, DataBtn[kCreateNewButton]},
       {QKeySequence(Qt::CTRL | Qt::Key_Q), ExitBtn},
+      {QKeySequence::Undo, EditPtBtn[kUndoButton]},
+      {QKeySequence(Qt::Key_Delete), EditPtBtn[kDeleteButton]},
   };
   for (const auto& [key, button] : keys) {
     auto* action = new QAction(this);
@@ -223,8 +230,24 @@ void MainWindow::saveAs() {
 }
 
 void MainWindow::createNew() {
-  logic_.CommandCreateNew();
+  logic_.CommandCreateNew(dialogs_, [this](DataInputLogic& dialog) { showPointDialog(dialog); });
   showState();
+}
+
+void MainWindow::clickEditButton(int index) {
+  logic_.ClickEditButton(index, dialogs_,
+                         [this](DataInputLogic& dialog) { showPointDialog(dialog); });
+  showState();
+}
+
+void MainWindow::showPointDialog(DataInputLogic& dialog) {
+  showState();
+  DataInputDialog window(dialog, this);
+  // A move to another point shows in the main window's selection text at once.
+  connect(&window, &DataInputDialog::selectionTextChanged, this, &MainWindow::showState);
+  window.exec();
+  // Without a window manager to hand it back, the keyboard would stay with no window.
+  activateWindow();
 }
 
 void MainWindow::clickOption(int index, bool ticked) {
