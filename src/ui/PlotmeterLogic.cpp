@@ -1,5 +1,7 @@
 #include "ui/PlotmeterLogic.h"
 
+#include <sstream>
+
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
 #include "geometry/Area.h"
@@ -16,6 +18,21 @@ constexpr const char* kFileTitleSave = "Set File to Save data";
 std::uint8_t OptionBit(int index) { return static_cast<std::uint8_t>(1u << index); }
 
 bool IsOption(int index) { return index >= 0 && index < kOptionCount; }
+
+// What "Load" would say of the survey's own file, out of the user's sight: its fault box
+// text, or "" when it would load (or cannot be written at all: the writer says why).
+std::string ReloadFault(const Survey& survey) {
+  Survey written = survey;
+  std::stringstream file;
+  if (WriteSurvey(written, file) != 0) return "";
+  Survey loaded;
+  ReadResult read = ReadDataFile(loaded, file);
+  UnseenDialogs unseen;
+  ProcessingState state;
+  bool loads =
+      CheckLoadedData(loaded, read, unseen) && ResolvePoints(loaded, state, kFirstPass, unseen);
+  return loads ? "" : unseen.lastText;
+}
 
 }  // namespace
 
@@ -44,7 +61,7 @@ LoadOutcome PlotmeterLogic::LoadChosen(const SelectedFile& file, UserDialogs& di
 
 bool PlotmeterLogic::CommandSave(UserDialogs& dialogs) {
   if (!FileExists(survey_.CurrentFileName)) return CommandSaveAs(dialogs);
-  if (!WriteDataFile(survey_, survey_.CurrentFileName, dialogs)) return false;
+  if (!WriteFile(survey_.CurrentFileName, dialogs)) return false;
   edit_.Changes &= static_cast<std::uint8_t>(~kDataChangedMarks);
   return true;
 }
@@ -121,7 +138,7 @@ LoadOutcome PlotmeterLogic::Load(const std::string& path, UserDialogs& dialogs) 
 }
 
 bool PlotmeterLogic::SaveTo(const std::string& path, UserDialogs& dialogs) {
-  if (!WriteDataFile(survey_, path, dialogs)) return false;
+  if (!WriteFile(path, dialogs)) return false;
   edit_.Changes &= kSaveAsKeptMarks;
   edit_.File |= kFileCurrent;
   survey_.CurrentFileName = path;
@@ -129,6 +146,19 @@ bool PlotmeterLogic::SaveTo(const std::string& path, UserDialogs& dialogs) {
   // A new survey has a file of its own from now on.
   display_.DataBtnEnabled[kSaveButton] = true;
   return true;
+}
+
+// Edited data may hold what "Load" refuses (a point that refers to a deleted one, or
+// stands on its new neighbour): such a file is not written, so that it never replaces one
+// that opens. The box says why; the data stays for the user to correct or take back.
+bool PlotmeterLogic::WriteFile(const std::string& path, UserDialogs& dialogs) {
+  if (std::string fault = ReloadFault(survey_); !fault.empty()) {
+    Alert(dialogs, {.title = "Write File Abort",
+                    .text = kNotSavedWouldNotLoad + ("\n" + fault),
+                    .icon = Icon::Critical});
+    return false;
+  }
+  return WriteDataFile(survey_, path, dialogs);
 }
 
 ProcessingOutcome PlotmeterLogic::Reprocess(UserDialogs& dialogs) {

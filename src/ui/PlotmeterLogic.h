@@ -35,6 +35,10 @@ struct LoadOutcome {
   bool Succeeded() const { return loaded && !processing.failed() && !processing.badPerimeter(); }
 };
 
+// The start of the "Write File Abort" text for a survey whose file "Load" would refuse;
+// the reason follows on the next line.
+inline constexpr char kNotSavedWouldNotLoad[] = "Not saved: the file would not load again.";
+
 // Shows the point entry dialog, already opened on the window's data, and returns once it
 // has closed. The desktop window shows it modally; tests and scripts act on its logic
 // directly. A dialog still open on return is cancelled.
@@ -67,7 +71,8 @@ class PlotmeterLogic {
   // (a failed resolution rejects the file), the "Show Lines" and "Show Points" boxes made available
   // by the data, and processing run.
   LoadOutcome Load(const std::string& path, UserDialogs& dialogs);
-  // Writes the survey to `path` and, when written, takes it as the current file.
+  // Writes the survey to `path` and, when written, takes it as the current file. A survey
+  // whose file "Load" would refuse is not written.
   bool SaveTo(const std::string& path, UserDialogs& dialogs);
   void SetWriterOptions(std::uint8_t options) { survey_.WriterOptions = options; }
 
@@ -107,6 +112,7 @@ class PlotmeterLogic {
   LoadOutcome LoadChosen(const SelectedFile& file, UserDialogs& dialogs);
   void MakeOptionsAvailableByData();
   void ShowFile(const std::string& path);
+  bool WriteFile(const std::string& path, UserDialogs& dialogs);
   void ClearSelection();
   void EnableEditButtons();
   void ClearDrawing();

@@ -366,6 +366,22 @@ TEST_F(EditButtonTest, PointsThatCannotBeResolvedAreKeptUndrawn) {
   EXPECT_EQ(logic_.scene().screen.size(), 6u);
 }
 
+TEST_F(EditButtonTest, SaveRefusesAFileThatWouldNotLoadAgain) {
+  const std::string file = folder_.Write("survey.csv", kSquareAndLine);
+  ASSERT_TRUE(logic_.Load(file, dialogs_).Succeeded());
+  Select(1);
+  Click(kDeleteButton);  // point 5 still refers to it
+  dialogs_.boxes.clear();
+  EXPECT_FALSE(logic_.CommandSave(dialogs_));
+  ASSERT_EQ(dialogs_.boxes.size(), 1u);
+  EXPECT_EQ(dialogs_.last().title, "Write File Abort");
+  EXPECT_EQ(dialogs_.last().text,
+            std::string(kNotSavedWouldNotLoad) +
+                "\nNon-existent Point Reference [2]. [Point 4]\nPlease correct for a valid file");
+  EXPECT_EQ(folder_.Contents(file), kSquareAndLine);
+  EXPECT_TRUE(logic_.edit().Unsaved());
+}
+
 TEST_F(EditButtonTest, ModifyShowsTheDialogOnTheSelectedPoint) {
   ASSERT_TRUE(Load(kSquare).Succeeded());
   Select(2);
