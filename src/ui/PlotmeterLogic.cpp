@@ -163,8 +163,9 @@ bool PlotmeterLogic::WriteFile(const std::string& path, UserDialogs& dialogs) {
 
 ProcessingOutcome PlotmeterLogic::Reprocess(UserDialogs& dialogs) {
   ProcessingOutcome outcome = RunProcessing(survey_, state_, display_, scene_);
-  ReportProcessing(outcome, survey_, dialogs);
+  // A box stands over a window that no longer names a point gone from the drawing.
   if (state_.SelectedPoint < 0) ClearSelection();
+  ReportProcessing(outcome, survey_, dialogs);
   return outcome;
 }
 

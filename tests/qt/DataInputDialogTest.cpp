@@ -107,7 +107,7 @@ class DataInputDialogTest : public QObject {
   void modifyChangesThePointAndUndoTakesItBack() {
     window_->openFile(Write("square.csv", kSquare));
     SelectPoint(2);
-    OnDialog([this](QDialog* dialog) {
+    OnDialog([](QDialog* dialog) {
       QCOMPARE(dialog->windowTitle(), QString("Data Input"));
       QVERIFY(dialog->isModal());
       QCOMPARE(Find<QLabel>(dialog, "PointValHdrLbl")->text(), QString("Modify Point:"));

@@ -7,7 +7,9 @@
 //   PLOTMETER_RANDOM_ACTIONS=1000000 PLOTMETER_RANDOM_SEED=7
 //   plotmeter_tests --gtest_filter='RandomSession*'
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <deque>
 #include <filesystem>
@@ -131,7 +133,8 @@ class RandomSessionTest : public ::testing::Test {
 
   unsigned seed_ = 1;
   std::mt19937 random_;
-  testing::TestFolder folder_;
+  // A folder of this process's own: a long run may go on beside the suite.
+  testing::TestFolder folder_{"_" + std::to_string(getpid())};
   RandomDialogs dialogs_{random_, folder_.Path()};
   PlotmeterLogic logic_;
   PointDialogShow dialog_ = [this](DataInputLogic& dialog) {
@@ -144,6 +147,7 @@ class RandomSessionTest : public ::testing::Test {
   };
   long step_ = 0;
   long reloads_ = 0;
+  long dialogActions_ = 0;
   std::deque<std::string> recent_;
 };
 
@@ -246,6 +250,7 @@ void RandomSessionTest::ActInDialog(DataInputLogic& dialog) {
   int index = pick.Pick(2);
   int action = pick.Pick(18);
   Note("  dialog action " + std::to_string(action) + " on " + std::to_string(index));
+  ++dialogActions_;
   switch (action) {
     case 0:
     case 1:
@@ -414,6 +419,8 @@ TEST_F(RandomSessionTest, SurveyHoldsTogetherWhateverTheUserDoes) {
     CheckWindow();
     if (HasFatalFailure()) return;
   }
+  std::printf("%ld window actions, %ld dialog actions, %ld boxes, %ld saved files loaded again\n",
+              actions, dialogActions_, dialogs_.shown, reloads_);
   // The session reached the states it is meant to exercise.
   EXPECT_GT(dialogs_.shown, actions / 20);
   EXPECT_GT(reloads_, actions / 100);

@@ -12,12 +12,14 @@
 #include <QSignalBlocker>
 #include <QSpinBox>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace plotmeter::qt {
 
 namespace {
 
 constexpr int kFieldWidth = 150;
+constexpr int kLabelGap = 8;
 constexpr int kHintWidth = 330;
 constexpr int kHighestPointNumber = 99999;
 
@@ -161,11 +163,18 @@ QGroupBox* DataInputDialog::createPointGroup() {
   for (int i = 0; i < 3; ++i) qualifiers->addWidget(add<QCheckBox>(Indexed("PtQualifCkB", i)));
   grid->addLayout(qualifiers, 6, 0, 1, 3);
   grid->setColumnStretch(2, 1);
+  // The labels change with the input type: their column keeps the width of the longest,
+  // so that the fields beside them stay in place.
+  int labelWidth = 0;
+  for (const char* text : {"X co-ordinate", "Bearing (magnetic)", "Not applicable"}) {
+    labelWidth = std::max(labelWidth, fontMetrics().horizontalAdvance(text));
+  }
+  grid->setColumnMinimumWidth(0, labelWidth + kLabelGap);
   return group;
 }
 
 // The linked point is shown in `TgtPtLbl` and chosen by its number in the spin box
-// beside it; 0 ("None") links none.
+// beside it; 0 links none.
 QGroupBox* DataInputDialog::createLinkGroup() {
   auto* group = new QGroupBox("Link to Point:");
   auto* row = new QHBoxLayout(group);
@@ -174,7 +183,8 @@ QGroupBox* DataInputDialog::createLinkGroup() {
   TgtPtSpn = new QSpinBox;
   TgtPtSpn->setObjectName("TgtPtSpn");
   TgtPtSpn->setRange(0, kHighestPointNumber);
-  TgtPtSpn->setSpecialValueText("None");
+  // No link shows blank: `TgtPtLbl` beside it says "None".
+  TgtPtSpn->setSpecialValueText(" ");
   // The number is taken once typed in full (Enter, or leaving the box), not digit by digit.
   TgtPtSpn->setKeyboardTracking(false);
   TgtPtSpn->setAccessibleName("Link to Point");
