@@ -295,6 +295,8 @@ void DataInputDialog::reject() {
 
 template <typename Action>
 void DataInputDialog::act(Action action) {
+  // A box left with a number typed gives it up as the dialog closes: too late to count.
+  if (!logic_.IsOpen()) return;
   action();
   if (logic_.SelectionText() != selectionText_) {
     selectionText_ = logic_.SelectionText();
