@@ -7,6 +7,7 @@
 
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
+#include "datafile/FileText.h"
 #include "geometry/ResolvePoints.h"
 #include "model/GpsText.h"
 #include "model/NumberFormat.h"
@@ -45,13 +46,15 @@ std::string Trimmed(std::string_view text) {
 
 bool IsBlank(const std::string& text) { return Trimmed(text).empty(); }
 
-// A tag is one line of the data file: line breaks typed or pasted into it are dropped.
-std::string OneLine(std::string_view text) {
+// A tag is the end of a line of the data file: line breaks typed or pasted into it are
+// dropped, and it is kept as the file gives it back, without blanks around it or
+// separators at its end.
+std::string TagAsFiled(std::string_view text, char separator) {
   std::string line;
   for (char c : text) {
     if (c != '\r' && c != '\n') line += c;
   }
-  return line;
+  return std::string(TextAfterFields(line, separator, 0));
 }
 
 char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
@@ -114,26 +117,12 @@ bool SameEntry(const Point& a, const Point& b) {
          a.InGPSLong == b.InGPSLong && a.InGPSLat == b.InGPSLat;
 }
 
-// No box reaches the user: for work done out of the user's sight. Questions get Yes,
-// the text of the last box is kept.
-class QuietDialogs : public UserDialogs {
- public:
-  Button Show(const MessageBox& box) override {
-    lastText = box.text;
-    return box.buttons == Buttons::Ok ? Button::Ok : Button::Yes;
-  }
-  void Beep() override {}
-  FileChoice SelectFile(const FileDialogRequest&) override { return {}; }
-
-  std::string lastText;
-};
-
 // The positions of the last processing may be missing (points entered since) or stale;
 // the entry check compares against positions worked out now, when the data resolves.
 void RefreshPositions(Survey& survey, const ProcessingState& state) {
   Survey resolved = survey;
   ProcessingState scratch = state;
-  QuietDialogs quiet;
+  UnseenDialogs quiet;
   if (!ResolvePoints(resolved, scratch, kFirstPass, quiet)) return;
   for (int i = 0; i < survey.PointCount(); ++i) {
     survey.Points[i].X = resolved.Points[i].X;
@@ -150,7 +139,7 @@ std::optional<std::string> FaultOnLoading(Survey& survey) {
   if (WriteSurvey(survey, file) != 0) return std::nullopt;
   Survey loaded;
   ReadResult read = ReadDataFile(loaded, file);
-  QuietDialogs quiet;
+  UnseenDialogs quiet;
   if (CheckLoadedData(loaded, read, quiet)) return std::nullopt;
   return quiet.lastText;
 }
@@ -533,14 +522,14 @@ void DataInputLogic::ChooseTypOpt(int index) {
 void DataInputLogic::TypeDSTagTxt(std::string_view text) {
   if (!Acting("DSTagTxt")) return;
   Ctl("DSTagTxt").text = std::string(text);
-  survey_.Datasets[dataset_].DatasetTag = OneLine(text);
+  survey_.Datasets[dataset_].DatasetTag = TagAsFiled(text, survey_.FieldSeparator);
   MarkSettingsChanged();
 }
 
 void DataInputLogic::TypeFileTagTxt(std::string_view text) {
   if (!Acting("FileTagTxt")) return;
   Ctl("FileTagTxt").text = std::string(text);
-  survey_.FileTag = OneLine(text);
+  survey_.FileTag = TagAsFiled(text, survey_.FieldSeparator);
   MarkSettingsChanged();
 }
 

@@ -21,7 +21,7 @@ inline constexpr std::uint8_t kUnsavedMarks =
 // "Save" to the current file clears these; "Save As" every change mark but the display's.
 inline constexpr std::uint8_t kDataChangedMarks =
     kDataChanged | kPendingChange | kChangedBeforeEdit;
-inline constexpr std::uint8_t kSaveAsClearedMarks = static_cast<std::uint8_t>(~kDisplayChanged);
+inline constexpr std::uint8_t kSaveAsKeptMarks = kDisplayChanged;
 
 // Dialog marks: an entry in progress, and the mode the dialog opens in. The mode of an
 // edit button with index i (0 "Modify", 1 "Add") is (i + 1) x 32.

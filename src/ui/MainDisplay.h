@@ -41,15 +41,11 @@ inline constexpr int kOptionPoints = 2;
 inline constexpr int kOptionAlternateGps = 3;
 inline constexpr int kOptionCount = 4;
 
-// Indexes of the `DataBtn` and `EditPtBtn` buttons.
+// Indexes of the `DataBtn` buttons (those of `EditPtBtn` are in ui/EditButtons.h).
 inline constexpr int kLoadButton = 0;
 inline constexpr int kSaveButton = 1;
 inline constexpr int kSaveAsButton = 2;
 inline constexpr int kCreateNewButton = 3;
-inline constexpr int kModifyButton = 0;
-inline constexpr int kAddButton = 1;
-inline constexpr int kDeleteButton = 2;
-inline constexpr int kUndoButton = 3;
 
 struct CheckBoxState {
   bool ticked = true;

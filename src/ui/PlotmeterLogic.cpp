@@ -1,5 +1,7 @@
 #include "ui/PlotmeterLogic.h"
 
+#include <sstream>
+
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
 #include "geometry/Area.h"
@@ -16,6 +18,21 @@ constexpr const char* kFileTitleSave = "Set File to Save data";
 std::uint8_t OptionBit(int index) { return static_cast<std::uint8_t>(1u << index); }
 
 bool IsOption(int index) { return index >= 0 && index < kOptionCount; }
+
+// What "Load" would say of the survey's own file, out of the user's sight: its fault box
+// text, or "" when it would load (or cannot be written at all: the writer says why).
+std::string ReloadFault(const Survey& survey) {
+  Survey written = survey;
+  std::stringstream file;
+  if (WriteSurvey(written, file) != 0) return "";
+  Survey loaded;
+  ReadResult read = ReadDataFile(loaded, file);
+  UnseenDialogs unseen;
+  ProcessingState state;
+  bool loads =
+      CheckLoadedData(loaded, read, unseen) && ResolvePoints(loaded, state, kFirstPass, unseen);
+  return loads ? "" : unseen.lastText;
+}
 
 }  // namespace
 
@@ -44,7 +61,7 @@ LoadOutcome PlotmeterLogic::LoadChosen(const SelectedFile& file, UserDialogs& di
 
 bool PlotmeterLogic::CommandSave(UserDialogs& dialogs) {
   if (!FileExists(survey_.CurrentFileName)) return CommandSaveAs(dialogs);
-  if (!WriteDataFile(survey_, survey_.CurrentFileName, dialogs)) return false;
+  if (!WriteFile(survey_.CurrentFileName, dialogs)) return false;
   edit_.Changes &= static_cast<std::uint8_t>(~kDataChangedMarks);
   return true;
 }
@@ -71,18 +88,13 @@ bool PlotmeterLogic::CommandSaveAs(UserDialogs& dialogs) {
   return SaveTo(file.path, dialogs);
 }
 
-void PlotmeterLogic::CommandCreateNew() {
-  edit_ = EditState{.Dialog = kNewDataMode};
-  state_ = ProcessingState{};
-  CreateNewSurvey(survey_);
-  scene_.Clear();
-  display_.AreaValLbl = {};
-  display_.AreaSgmtCmb.visible = false;
+void PlotmeterLogic::CommandCreateNew(UserDialogs& dialogs, const PointDialogShow& showDialog) {
+  ClearDrawing();
   display_.DatSrcLbl = kNoFile;
   display_.TagFileLbl.clear();
-  display_.DataBtnEnabled[kSaveButton] = true;
   display_.DataBtnEnabled[kSaveAsButton] = true;
   ClearSelection();
+  RunEdit(dialogs, showDialog, OnCreateNew);
 }
 
 bool PlotmeterLogic::CommandExit(UserDialogs& dialogs) {
@@ -97,6 +109,8 @@ bool PlotmeterLogic::CommandExit(UserDialogs& dialogs) {
 LoadOutcome PlotmeterLogic::Load(const std::string& path, UserDialogs& dialogs) {
   edit_ = EditState{};
   state_ = ProcessingState{};
+  ClearUndoSnapshot(snapshot_);
+  display_.EditPtBtnEnabled[kUndoButton] = false;
   ClearSelection();
   SetOptionAvailable(kOptionLines, false);
   SetOptionAvailable(kOptionPoints, false);
@@ -108,9 +122,7 @@ LoadOutcome PlotmeterLogic::Load(const std::string& path, UserDialogs& dialogs) 
                   ResolvePoints(survey_, state_, kFirstPass, dialogs);
   if (!resolved) {
     ResetLoadedFile(survey_);
-    scene_.Clear();
-    display_.AreaValLbl = {};
-    display_.AreaSgmtCmb.visible = false;
+    ClearDrawing();
     display_.TagFileLbl.clear();
     display_.DataBtnEnabled[kSaveButton] = display_.DataBtnEnabled[kSaveAsButton] = false;
     return outcome;
@@ -126,19 +138,104 @@ LoadOutcome PlotmeterLogic::Load(const std::string& path, UserDialogs& dialogs) 
 }
 
 bool PlotmeterLogic::SaveTo(const std::string& path, UserDialogs& dialogs) {
-  if (!WriteDataFile(survey_, path, dialogs)) return false;
-  edit_.Changes &= kSaveAsClearedMarks;
+  if (!WriteFile(path, dialogs)) return false;
+  edit_.Changes &= kSaveAsKeptMarks;
   edit_.File |= kFileCurrent;
   survey_.CurrentFileName = path;
   ShowFile(path);
+  // A new survey has a file of its own from now on.
+  display_.DataBtnEnabled[kSaveButton] = true;
   return true;
+}
+
+// Edited data may hold what "Load" refuses (a point that refers to a deleted one, or
+// stands on its new neighbour): such a file is not written, so that it never replaces one
+// that opens. The box says why; the data stays for the user to correct or take back.
+bool PlotmeterLogic::WriteFile(const std::string& path, UserDialogs& dialogs) {
+  if (std::string fault = ReloadFault(survey_); !fault.empty()) {
+    Alert(dialogs, {.title = "Write File Abort",
+                    .text = kNotSavedWouldNotLoad + ("\n" + fault),
+                    .icon = Icon::Critical});
+    return false;
+  }
+  return WriteDataFile(survey_, path, dialogs);
 }
 
 ProcessingOutcome PlotmeterLogic::Reprocess(UserDialogs& dialogs) {
   ProcessingOutcome outcome = RunProcessing(survey_, state_, display_, scene_);
-  ReportProcessing(outcome, survey_, dialogs);
+  // A box stands over a window that no longer names a point gone from the drawing.
   if (state_.SelectedPoint < 0) ClearSelection();
+  ReportProcessing(outcome, survey_, dialogs);
   return outcome;
+}
+
+// The window's side of the point-edit buttons: the dialog shown through the caller's
+// function, processing after a change, the selected marker back to its own size.
+class PlotmeterLogic::EditHost : public EditWindow {
+ public:
+  EditHost(PlotmeterLogic& logic, UserDialogs& dialogs, const PointDialogShow& showDialog)
+      : logic_(logic), dialogs_(dialogs), showDialog_(showDialog) {}
+
+  void ShowPointDialog() override {
+    DataInputLogic dialog(logic_.survey_, logic_.state_, logic_.edit_, logic_.snapshot_, dialogs_);
+    dialog.onSelectionText = [this](const std::string& text) { logic_.display_.EditSubLbl = text; };
+    dialog.Open();
+    if (showDialog_) showDialog_(dialog);
+    if (dialog.IsOpen()) {
+      dialog.SetFillingFields(false);
+      dialog.ClickCancel();
+    }
+  }
+
+  void RunProcessing() override { logic_.ProcessEdited(dialogs_); }
+
+  void ClearSelectionDisplay() override {
+    ResizeMarker(logic_.scene_, logic_.state_.SelectedPoint, logic_.scene_.markerSize);
+    logic_.display_.EditSubLbl = kClickOnAPoint;
+  }
+
+ private:
+  PlotmeterLogic& logic_;
+  UserDialogs& dialogs_;
+  const PointDialogShow& showDialog_;
+};
+
+void PlotmeterLogic::ClickEditButton(int index, UserDialogs& dialogs,
+                                     const PointDialogShow& showDialog) {
+  RunEdit(dialogs, showDialog,
+          [index](const PointEditContext& context) { OnEditPointButton(context, index); });
+}
+
+// The edit buttons' enabled states and "Save" go to the edit and come back from it; the
+// selection it leaves decides "Modify", "Add" and "Delete" as a click does.
+void PlotmeterLogic::RunEdit(UserDialogs& dialogs, const PointDialogShow& showDialog,
+                             const std::function<void(const PointEditContext&)>& edit) {
+  EditHost host(*this, dialogs, showDialog);
+  EditButtonsEnabled buttons{.EditPtBtn = display_.EditPtBtnEnabled,
+                             .SaveBtn = display_.DataBtnEnabled[kSaveButton]};
+  edit({survey_, state_, edit_, snapshot_, buttons, host});
+  display_.EditPtBtnEnabled = buttons.EditPtBtn;
+  display_.DataBtnEnabled[kSaveButton] = buttons.SaveBtn;
+  if (state_.SelectedPoint < 0) display_.EditSubLbl = kClickOnAPoint;
+  EnableEditButtons();
+}
+
+// Edited points have no positions yet: they are resolved first, as after a load.
+void PlotmeterLogic::ProcessEdited(UserDialogs& dialogs) {
+  display_.TagFileLbl = survey_.FileTag;
+  MakeOptionsAvailableByData();
+  if (survey_.PointCount() == 0) {
+    state_.DataState &= static_cast<std::uint8_t>(~kDataPresent);
+    ClearDrawing();
+    return;
+  }
+  state_.DataState |= kDataPresent;
+  if (!ResolvePoints(survey_, state_, kFirstPass, dialogs)) {
+    ClearDrawing();
+    ClearSelection();
+    return;
+  }
+  Reprocess(dialogs);
 }
 
 bool PlotmeterLogic::SetAreaUnit(int index) {
@@ -218,6 +315,15 @@ void PlotmeterLogic::ClearSelection() {
   state_.ResetSelection();
   display_.EditSubLbl = kClickOnAPoint;
   EnableEditButtons();
+}
+
+// Nothing drawn and no area: the positions of the last drawing are gone.
+void PlotmeterLogic::ClearDrawing() {
+  scene_.Clear();
+  display_.AreaValLbl = {};
+  display_.AreaSgmtCmb.visible = false;
+  state_.ProcessState &= static_cast<std::uint8_t>(~kAreaComputed);
+  state_.BadPerimeter = false;
 }
 
 void PlotmeterLogic::EnableEditButtons() {

@@ -1,20 +1,25 @@
 // The main window `Plotmeter` without a toolkit: it owns the one survey, the processing
-// and edit state, what the window shows around the drawing and the drawing itself, and
-// does what the window's file commands, option boxes, area lists and mouse clicks do.
+// and edit state with the undo snapshot, what the window shows around the drawing and the
+// drawing itself, and does what the window's file commands, option boxes, area lists,
+// mouse clicks and point-edit buttons do.
 // The desktop window and plotmeter-cli both drive it; the survey and the state change
 // only through its operations.
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
 
 #include "geometry/ProcessingState.h"
 #include "model/Survey.h"
 #include "model/UserDialogs.h"
+#include "ui/DataInputLogic.h"
+#include "ui/EditButtons.h"
 #include "ui/EditState.h"
 #include "ui/FileCommands.h"
 #include "ui/MainDisplay.h"
 #include "ui/PlotScene.h"
+#include "ui/PointEdits.h"
 #include "ui/PointSelection.h"
 #include "ui/Processing.h"
 
@@ -29,6 +34,15 @@ struct LoadOutcome {
   // Loaded and processed to the end without a failure box.
   bool Succeeded() const { return loaded && !processing.failed() && !processing.badPerimeter(); }
 };
+
+// The start of the "Write File Abort" text for a survey whose file "Load" would refuse;
+// the reason follows on the next line.
+inline constexpr char kNotSavedWouldNotLoad[] = "Not saved: the file would not load again.";
+
+// Shows the point entry dialog, already opened on the window's data, and returns once it
+// has closed. The desktop window shows it modally; tests and scripts act on its logic
+// directly. A dialog still open on return is cancelled.
+using PointDialogShow = std::function<void(DataInputLogic& dialog)>;
 
 class PlotmeterLogic {
  public:
@@ -47,7 +61,9 @@ class PlotmeterLogic {
   LoadOutcome LoadNamed(const std::string& path, UserDialogs& dialogs);
   bool CommandSave(UserDialogs& dialogs);
   bool CommandSaveAs(UserDialogs& dialogs);
-  void CommandCreateNew();
+  // An empty survey with one empty dataset, no file, and the point entry dialog shown to
+  // enter its first points.
+  void CommandCreateNew(UserDialogs& dialogs, const PointDialogShow& showDialog);
   // True when the program may end: nothing is unsaved, or the user said so.
   bool CommandExit(UserDialogs& dialogs);
 
@@ -55,12 +71,20 @@ class PlotmeterLogic {
   // (a failed resolution rejects the file), the "Show Lines" and "Show Points" boxes made available
   // by the data, and processing run.
   LoadOutcome Load(const std::string& path, UserDialogs& dialogs);
-  // Writes the survey to `path` and, when written, takes it as the current file.
+  // Writes the survey to `path` and, when written, takes it as the current file. A survey
+  // whose file "Load" would refuse is not written.
   bool SaveTo(const std::string& path, UserDialogs& dialogs);
   void SetWriterOptions(std::uint8_t options) { survey_.WriterOptions = options; }
 
-  // Processing and drawing again, as after an accepted edit or an option click.
+  // Processing and drawing again, as after an option click.
   ProcessingOutcome Reprocess(UserDialogs& dialogs);
+
+  // `EditPtBtn` clicked: "Modify" (0) and "Add" (1) show the point entry dialog on the
+  // selected point, "Delete" (2) and "UnDo" (3) act at once. After a change the points
+  // are resolved afresh and processing runs; when they cannot be resolved the box says
+  // why, nothing is drawn, and the data stays for the user to correct or take back. A
+  // disabled button does nothing.
+  void ClickEditButton(int index, UserDialogs& dialogs, const PointDialogShow& showDialog = {});
 
   // `AreaUnitCmb` changed: the index is kept, and an area already computed on a good
   // perimeter is worked out again in the new unit. False for an index outside the list.
@@ -88,14 +112,22 @@ class PlotmeterLogic {
   LoadOutcome LoadChosen(const SelectedFile& file, UserDialogs& dialogs);
   void MakeOptionsAvailableByData();
   void ShowFile(const std::string& path);
+  bool WriteFile(const std::string& path, UserDialogs& dialogs);
   void ClearSelection();
   void EnableEditButtons();
+  void ClearDrawing();
+
+  class EditHost;
+  void RunEdit(UserDialogs& dialogs, const PointDialogShow& showDialog,
+               const std::function<void(const PointEditContext&)>& edit);
+  void ProcessEdited(UserDialogs& dialogs);
 
   Survey survey_;
   ProcessingState state_;
   EditState edit_;
   MainDisplay display_;
   PlotScene scene_;
+  UndoSnapshot snapshot_;
 };
 
 }  // namespace plotmeter

@@ -15,6 +15,9 @@ namespace plotmeter::testing {
 class TestFolder {
  public:
   TestFolder() = default;
+  // A folder named after the test and `suffix`, for a run that may go on beside another
+  // of the same test.
+  explicit TestFolder(std::string suffix) : suffix_(std::move(suffix)) {}
   TestFolder(const TestFolder&) = delete;
   TestFolder& operator=(const TestFolder&) = delete;
   ~TestFolder() {
@@ -25,7 +28,7 @@ class TestFolder {
   std::string Path(const std::string& name = "") {
     if (folder_.empty()) {
       const ::testing::TestInfo* info = ::testing::UnitTest::GetInstance()->current_test_info();
-      std::string test = std::string(info->test_suite_name()) + "_" + info->name();
+      std::string test = std::string(info->test_suite_name()) + "_" + info->name() + suffix_;
       std::replace(test.begin(), test.end(), '/', '_');
       folder_ = std::filesystem::path(::testing::TempDir()) / test;
       std::filesystem::remove_all(folder_);
@@ -51,6 +54,7 @@ class TestFolder {
   }
 
  private:
+  std::string suffix_;
   std::filesystem::path folder_;
 };
 

@@ -316,6 +316,17 @@ TEST_F(DataInputTest, ApplyRefusesDataThatWouldNotLoadAgain) {
   EXPECT_TRUE(dialog.IsOpen());
 }
 
+// A tag is kept as the data file gives it back: one line, no blanks around it, no
+// separator at its end.
+TEST_F(DataInputTest, TagsAreKeptAsTheFileReadsThem) {
+  Open(kModifyMode, 1);
+  dialog.TypeDSTagTxt(" North, fence,, ");
+  dialog.TypeFileTagTxt("Lot 7\r\nsouth ");
+  EXPECT_EQ(survey.Datasets[0].DatasetTag, "North, fence");
+  EXPECT_EQ(survey.FileTag, "Lot 7south");
+  EXPECT_EQ(C("DSTagTxt").text, " North, fence,, ");  // the field keeps what was typed
+}
+
 // A window that enters the rectangle 40 by 30 point by point after "Create New".
 class NewSurveyWindow : public EditWindow {
  public:

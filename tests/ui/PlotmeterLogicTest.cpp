@@ -229,15 +229,25 @@ TEST_F(PlotmeterLogicTest, ExitAsksOnlyAboutUnsavedData) {
 
 TEST_F(PlotmeterLogicTest, CreateNewStartsAnEmptySurveyWithoutAFile) {
   Load(kSquare);
-  logic_.CommandCreateNew();
+  std::string header;
+  logic_.CommandCreateNew(dialogs_, [&](DataInputLogic& dialog) {
+    header = dialog.Control("PointValHdrLbl").text;
+    dialog.ClickCancel();
+  });
+  EXPECT_EQ(header, "New at Point:");
   EXPECT_EQ(logic_.survey().FieldSeparator, '\t');
   EXPECT_EQ(logic_.survey().SubValueSeparator, ' ');
   EXPECT_EQ(logic_.survey().DatasetCount(), 1);
   EXPECT_EQ(logic_.survey().PointCount(), 0);
   EXPECT_EQ(logic_.display().DatSrcLbl, "< No File >");
-  EXPECT_EQ(logic_.edit().Dialog, kNewDataMode);
+  EXPECT_EQ(logic_.edit().Dialog, 0);
   EXPECT_FALSE(logic_.edit().Unsaved());
   EXPECT_TRUE(logic_.scene().markers.empty());
+  EXPECT_TRUE(logic_.display().AreaValLbl.text.empty());
+  // No file is current: "Save" waits for a "Save As".
+  EXPECT_FALSE(logic_.display().DataBtnEnabled[kSaveButton]);
+  EXPECT_TRUE(logic_.display().DataBtnEnabled[kSaveAsButton]);
+  EXPECT_TRUE(dialogs_.boxes.empty());
 }
 
 // Clicks on a 100 m square drawn in a 4200-unit area: the corners stand 100 units in.
@@ -279,6 +289,112 @@ TEST_F(PlotmeterLogicTest, ClicksSelectTheNearestDrawnPointAndShowTags) {
   logic_.ClickDrawing(MouseButton::kRight, area, area);
   EXPECT_EQ(logic_.scene().TagDSLbl.anchor, LabelAnchor::kTopRight);
   EXPECT_FLOAT_EQ(logic_.scene().TagDSLbl.x, area - 100 - 36 - 20);
+}
+
+class EditButtonTest : public PlotmeterLogicTest {
+ protected:
+  void Select(int point) {
+    const ScreenPoint& at = logic_.scene().screen[point];
+    logic_.ClickDrawing(MouseButton::kLeft, at.x, at.y);
+    ASSERT_EQ(logic_.state().SelectedPoint, point);
+  }
+  void Click(int button) { logic_.ClickEditButton(button, dialogs_); }
+  bool Enabled(int button) const { return logic_.display().EditPtBtnEnabled[button]; }
+};
+
+// The square with a line that starts on its corner 2 (by reference) and a bearing from there.
+constexpr const char* kSquareAndLine =
+    "44,#0092,1,0,0,58\nH,M,Square\n1,X,,,0,0\n2,X,,,100,0\n3,X,,,100,100\n4,X,,,0,100\n"
+    "H,L,Track\n5,R,2\n6,B,,,45,10\n";
+
+TEST_F(EditButtonTest, DeleteRedrawsAndUndoBringsBackTheFile) {
+  ASSERT_TRUE(Load(kSquare).Succeeded());
+  Select(2);
+  Click(kDeleteButton);
+  EXPECT_EQ(Area(), "0.5");  // half the square is left
+  EXPECT_EQ(logic_.survey().PointCount(), 3);
+  EXPECT_EQ(logic_.state().SelectedPoint, -1);
+  EXPECT_EQ(logic_.display().EditSubLbl, "Click on a Point");
+  EXPECT_FALSE(Enabled(kDeleteButton));
+  EXPECT_TRUE(Enabled(kUndoButton));
+  EXPECT_TRUE(logic_.display().DataBtnEnabled[kSaveButton]);
+  EXPECT_TRUE(logic_.edit().Unsaved());
+
+  Click(kUndoButton);
+  EXPECT_EQ(Area(), "1.0");
+  EXPECT_EQ(logic_.scene().screen.size(), 4u);
+  EXPECT_FALSE(Enabled(kUndoButton));
+  EXPECT_TRUE(logic_.CommandExit(dialogs_));  // nothing left unsaved: no question
+  EXPECT_TRUE(dialogs_.boxes.empty());
+}
+
+TEST_F(EditButtonTest, SaveAsTakesAwayTheMarksOfAnEdit) {
+  ASSERT_TRUE(Load(kSquare).Succeeded());
+  logic_.SetAreaUnit(0);
+  Select(1);
+  Click(kDeleteButton);
+  ASSERT_TRUE(logic_.SaveTo(folder_.Path("saved.csv"), dialogs_));
+  EXPECT_EQ(logic_.edit().Changes, kDisplayChanged);
+  EXPECT_TRUE(logic_.CommandExit(dialogs_));
+  EXPECT_TRUE(dialogs_.boxes.empty());
+}
+
+TEST_F(EditButtonTest, LoadEndsTheSnapshot) {
+  ASSERT_TRUE(Load(kSquare).Succeeded());
+  Select(1);
+  Click(kDeleteButton);
+  ASSERT_TRUE(Load(kSquare).Succeeded());
+  EXPECT_FALSE(Enabled(kUndoButton));
+  Click(kUndoButton);
+  EXPECT_EQ(logic_.survey().PointCount(), 4);
+}
+
+TEST_F(EditButtonTest, PointsThatCannotBeResolvedAreKeptUndrawn) {
+  ASSERT_TRUE(Load(kSquareAndLine).Succeeded());
+  Select(1);  // the corner the line refers to
+  Click(kDeleteButton);
+  ASSERT_EQ(dialogs_.boxes.size(), 1u);
+  EXPECT_EQ(dialogs_.last().title, "Failed Area Calculation");
+  EXPECT_EQ(logic_.survey().PointCount(), 5);
+  EXPECT_TRUE(logic_.scene().markers.empty());
+  EXPECT_EQ(Area(), "");
+  EXPECT_TRUE(logic_.SetAreaUnit(0));  // no stale area comes back with another unit
+  EXPECT_EQ(Area(), "");
+
+  Click(kUndoButton);
+  EXPECT_EQ(Area(), "10,000");  // in the unit chosen meanwhile
+  EXPECT_EQ(logic_.scene().screen.size(), 6u);
+}
+
+TEST_F(EditButtonTest, SaveRefusesAFileThatWouldNotLoadAgain) {
+  const std::string file = folder_.Write("survey.csv", kSquareAndLine);
+  ASSERT_TRUE(logic_.Load(file, dialogs_).Succeeded());
+  Select(1);
+  Click(kDeleteButton);  // point 5 still refers to it
+  dialogs_.boxes.clear();
+  EXPECT_FALSE(logic_.CommandSave(dialogs_));
+  ASSERT_EQ(dialogs_.boxes.size(), 1u);
+  EXPECT_EQ(dialogs_.last().title, "Write File Abort");
+  EXPECT_EQ(dialogs_.last().text,
+            std::string(kNotSavedWouldNotLoad) +
+                "\nNon-existent Point Reference [2]. [Point 4]\nPlease correct for a valid file");
+  EXPECT_EQ(folder_.Contents(file), kSquareAndLine);
+  EXPECT_TRUE(logic_.edit().Unsaved());
+}
+
+TEST_F(EditButtonTest, ModifyShowsTheDialogOnTheSelectedPoint) {
+  ASSERT_TRUE(Load(kSquare).Succeeded());
+  Select(2);
+  std::string header;
+  logic_.ClickEditButton(kModifyButton, dialogs_, [&](DataInputLogic& dialog) {
+    header = dialog.Control("PointValHdrLbl").text + " " + dialog.Control("PointValLbl").text;
+    dialog.TypeDataTxt(0, "200");
+    dialog.ClickApply();
+  });
+  EXPECT_EQ(header, "Modify Point: 3");
+  EXPECT_EQ(Area(), "1.5");
+  EXPECT_TRUE(Enabled(kUndoButton));
+  EXPECT_FALSE(Enabled(kModifyButton));
 }
 
 TEST(TagLabelTest, SideFollowsTheRoomLeftInTheArea) {

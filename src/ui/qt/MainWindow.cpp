@@ -13,6 +13,7 @@
 
 #include "ui/qt/DataListWindow.h"
 #include "ui/qt/SheetDialog.h"
+#include "ui/qt/DataInputDialog.h"
 
 namespace plotmeter::qt {
 
@@ -182,6 +183,9 @@ void MainWindow::createConnections() {
   connect(DataBtn[kSaveAsButton], &QPushButton::clicked, this, &MainWindow::saveAs);
   connect(DataBtn[kCreateNewButton], &QPushButton::clicked, this, &MainWindow::createNew);
   connect(ExitBtn, &QPushButton::clicked, this, &MainWindow::close);
+  for (int i = 0; i < kEditButtonCount; ++i) {
+    connect(EditPtBtn[i], &QPushButton::clicked, this, [this, i] { clickEditButton(i); });
+  }
   for (int i = 0; i < kOptionCount; ++i) {
     connect(OptnsCkB[i], &QCheckBox::clicked, this,
             [this, i](bool ticked) { clickOption(i, ticked); });
@@ -196,7 +200,7 @@ void MainWindow::createConnections() {
   connect(ExportBtn, &QPushButton::clicked, this, [this] { ExportPlot(this, logic_, dialogs_); });
 }
 
-// Keys that act as the file buttons; a disabled button ignores its key too.
+// Keys that act as the file and edit buttons; a disabled button ignores its key too.
 void MainWindow::createShortcuts() {
   const std::pair<QKeySequence, QAbstractButton*> keys[] = {
       {QKeySequence::Open, DataBtn[kLoadButton]},
@@ -205,6 +209,8 @@ void MainWindow::createShortcuts() {
       {QKeySequence::New, DataBtn[kCreateNewButton]},
       {QKeySequence(Qt::CTRL | Qt::Key_Q), ExitBtn},
       {QKeySequence::Print, PrintBtn},
+      {QKeySequence::Undo, EditPtBtn[kUndoButton]},
+      {QKeySequence(Qt::Key_Delete), EditPtBtn[kDeleteButton]},
   };
   for (const auto& [key, button] : keys) {
     auto* action = new QAction(this);
@@ -235,8 +241,24 @@ void MainWindow::saveAs() {
 }
 
 void MainWindow::createNew() {
-  logic_.CommandCreateNew();
+  logic_.CommandCreateNew(dialogs_, [this](DataInputLogic& dialog) { showPointDialog(dialog); });
   showState();
+}
+
+void MainWindow::clickEditButton(int index) {
+  logic_.ClickEditButton(index, dialogs_,
+                         [this](DataInputLogic& dialog) { showPointDialog(dialog); });
+  showState();
+}
+
+void MainWindow::showPointDialog(DataInputLogic& dialog) {
+  showState();
+  DataInputDialog window(dialog, this);
+  // A move to another point shows in the main window's selection text at once.
+  connect(&window, &DataInputDialog::selectionTextChanged, this, &MainWindow::showState);
+  window.exec();
+  // Without a window manager to hand it back, the keyboard would stay with no window.
+  activateWindow();
 }
 
 void MainWindow::clickOption(int index, bool ticked) {

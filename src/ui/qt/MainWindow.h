@@ -48,6 +48,9 @@ class MainWindow : public QMainWindow {
   void save();
   void saveAs();
   void createNew();
+  void clickEditButton(int index);
+  // Shows the point entry dialog modally; returns once it has closed.
+  void showPointDialog(DataInputLogic& dialog);
   void clickOption(int index, bool ticked);
   void chooseAreaUnit(int index);
   void chooseSegment(int index);

@@ -85,9 +85,15 @@ Button FromQtButton(int button) {
 
 }  // namespace
 
+// A box raised from a dialog (the point entry dialog) stands over that dialog.
+QWidget* QtDialogs::owner() const {
+  QWidget* modal = QApplication::activeModalWidget();
+  return modal ? modal : parent_;
+}
+
 Button QtDialogs::Show(const MessageBox& box) {
   QMessageBox message(ToQtIcon(box.icon), QString::fromLatin1(box.title),
-                      QString::fromLatin1(box.text), ToQtButtons(box.buttons), parent_);
+                      QString::fromLatin1(box.text), ToQtButtons(box.buttons), owner());
   message.setDefaultButton(ToQtButton(box.defaultButton));
   if (!box.detail.empty()) message.setDetailedText(QString::fromLatin1(box.detail));
   // Escape answers a question with its safe choice.
@@ -101,7 +107,7 @@ Button QtDialogs::Show(const MessageBox& box) {
 void QtDialogs::Beep() { QApplication::beep(); }
 
 FileChoice QtDialogs::SelectFile(const FileDialogRequest& request) {
-  QFileDialog dialog(parent_, QString::fromLatin1(request.title));
+  QFileDialog dialog(owner(), QString::fromLatin1(request.title));
   dialog.setNameFilter(QtFileFilter(request.filter));
   dialog.setOption(QFileDialog::DontUseNativeDialog);
   dialog.setOption(QFileDialog::DontResolveSymlinks);

@@ -17,6 +17,8 @@ class QtDialogs : public UserDialogs {
   FileChoice SelectFile(const FileDialogRequest& request) override;
 
  private:
+  QWidget* owner() const;
+
   QWidget* parent_;
 };
 
