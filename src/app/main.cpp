@@ -4,6 +4,7 @@
 #include <QCommandLineParser>
 #include <QTimer>
 
+#include "PlotmeterVersion.h"
 #include "app/HeadlessExport.h"
 #include "ui/qt/MainWindow.h"
 #include "ui/qt/PlotView.h"
@@ -48,7 +49,8 @@ int main(int argc, char* argv[]) {
 
   QApplication app(argc, argv);
   QApplication::setApplicationName("plotmeter");
-  QApplication::setApplicationVersion(PLOTMETER_VERSION);
+  QApplication::setApplicationVersion(
+      QString::fromUtf8(plotmeter::kPlotmeterVersion.data(), plotmeter::kPlotmeterVersion.size()));
   if (helping) parser.process(app);  // shows the help asked for and ends
   if (parser.isSet(version)) parser.showVersion();
   if (exporting) return plotmeter::app::RunExport(parser, exportOptions);

@@ -21,14 +21,17 @@ void ShowNotTiedToGps(UserDialogs& dialogs) {
                             .defaultButton = Button::Ok});
 }
 
-// Replaces `path` whole, or leaves it as it was and says so as a failed save does.
+// Replaces `path` whole, or leaves it as it was and says so, with the system's reason, as a
+// failed save does.
 bool WriteDocument(const std::string& path, const std::string& text, UserDialogs& dialogs) {
-  if (FolderExists(path) && ReplaceFileSafely(path, text)) return true;
+  const SaveResult saved = ReplaceFileSafely(path, text);
+  if (saved.saved) return true;
   Alert(dialogs, MessageBox{.title = "Write File Abort",
                             .text = WriteFaultMessage(kWriteCannotOpen),
                             .icon = Icon::Critical,
                             .buttons = Buttons::Ok,
-                            .defaultButton = Button::Ok});
+                            .defaultButton = Button::Ok,
+                            .detail = saved.reason.empty() ? "" : path + ": " + saved.reason});
   return false;
 }
 

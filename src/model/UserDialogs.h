@@ -14,7 +14,6 @@ enum class Button { Ok, Cancel, Yes, No };
 struct MessageBox {
   std::string title;
   std::string text;    // lines separated by '\n'
-  std::string detail;  // the system's reason beside a fixed text; empty when none
   Icon icon = Icon::None;
   Buttons buttons = Buttons::Ok;
   Button defaultButton = Button::Ok;

@@ -11,9 +11,9 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "ui/qt/DataInputDialog.h"
 #include "ui/qt/DataListWindow.h"
 #include "ui/qt/SheetDialog.h"
-#include "ui/qt/DataInputDialog.h"
 
 namespace plotmeter::qt {
 

@@ -95,7 +95,7 @@ Button QtDialogs::Show(const MessageBox& box) {
   QMessageBox message(ToQtIcon(box.icon), QString::fromLatin1(box.title),
                       QString::fromLatin1(box.text), ToQtButtons(box.buttons), owner());
   message.setDefaultButton(ToQtButton(box.defaultButton));
-  if (!box.detail.empty()) message.setDetailedText(QString::fromLatin1(box.detail));
+  if (!box.detail.empty()) message.setDetailedText(QString::fromLocal8Bit(box.detail));
   // Escape answers a question with its safe choice.
   if (box.buttons != Buttons::Ok) message.setEscapeButton(ToQtButton(box.defaultButton));
   if (auto* icon = message.findChild<QLabel*>("qt_msgboxex_icon_label")) {
@@ -123,7 +123,8 @@ FileChoice QtDialogs::SelectFile(const FileDialogRequest& request) {
   if (!request.defaultSuffix.empty()) {
     dialog.setDefaultSuffix(QString::fromLatin1(request.defaultSuffix));
   }
-  if (!request.initialName.empty()) dialog.selectFile(QString::fromLatin1(request.initialName));
+  if (!request.initialName.empty())
+    dialog.selectFile(QFile::decodeName(request.initialName.c_str()));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   return {.cancelled = false,
           .path = QFile::encodeName(dialog.selectedFiles().first()).toStdString()};
