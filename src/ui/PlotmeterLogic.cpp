@@ -107,6 +107,13 @@ bool PlotmeterLogic::CommandExit(UserDialogs& dialogs) {
 }
 
 LoadOutcome PlotmeterLogic::Load(const std::string& path, UserDialogs& dialogs) {
+  std::string text;
+  const ReadResult read = ReadDataFileText(path, text);
+  return LoadText(path, read, text, dialogs);
+}
+
+LoadOutcome PlotmeterLogic::LoadText(const std::string& path, const ReadResult& fileRead,
+                                     std::string_view text, UserDialogs& dialogs) {
   edit_ = EditState{};
   state_ = ProcessingState{};
   ClearUndoSnapshot(snapshot_);
@@ -117,7 +124,9 @@ LoadOutcome PlotmeterLogic::Load(const std::string& path, UserDialogs& dialogs) 
   ShowFile(path);
 
   LoadOutcome outcome;
-  const ReadResult read = ReadDataFile(survey_, path);
+  survey_.CurrentFileName = path;
+  const ReadResult read = fileRead.fault != 0 ? fileRead : ReadDataText(survey_, text);
+  outcome.readFault = read.fault;
   bool resolved = CheckLoadedData(survey_, read, dialogs) &&
                   ResolvePoints(survey_, state_, kFirstPass, dialogs);
   if (!resolved) {

@@ -9,7 +9,9 @@
 #include <array>
 #include <functional>
 #include <string>
+#include <string_view>
 
+#include "datafile/DataFileReader.h"
 #include "geometry/ProcessingState.h"
 #include "model/Survey.h"
 #include "model/UserDialogs.h"
@@ -29,6 +31,7 @@ struct LoadOutcome {
   // The file was read, checked and resolved: the survey holds it. False when it was
   // refused or its points could not be resolved; the survey is then empty.
   bool loaded = false;
+  int readFault = 0;  // the reader's fault code; 0 when the file was read whole
   ProcessingOutcome processing;
 
   // Loaded and processed to the end without a failure box.
@@ -71,6 +74,10 @@ class PlotmeterLogic {
   // (a failed resolution rejects the file), the "Show Lines" and "Show Points" boxes made available
   // by the data, and processing run.
   LoadOutcome Load(const std::string& path, UserDialogs& dialogs);
+  // The same for a file whose text has already been read (`read` says whether it could be):
+  // a pipe can be read only once, and its text is listed too.
+  LoadOutcome LoadText(const std::string& path, const ReadResult& read, std::string_view text,
+                       UserDialogs& dialogs);
   // Writes the survey to `path` and, when written, takes it as the current file. A survey
   // whose file "Load" would refuse is not written.
   bool SaveTo(const std::string& path, UserDialogs& dialogs);

@@ -261,10 +261,12 @@ TEST_F(ExportTest, OutIsWrittenWholeOrLeftAlone) {
   const std::string out = folder_.Path("out.kml");
   EXPECT_EQ(Run({"export", File("block.csv", kBlock), "--to", "kml", "-o", out}), 1);
   EXPECT_FALSE(std::filesystem::exists(out));
-  EXPECT_EQ(Run({"export", square, "--to", "csv", "-o", folder_.Path("missing/out.csv")}), 1);
+  const std::string unwritable = folder_.Path("missing/out.csv");
+  EXPECT_EQ(Run({"export", square, "--to", "csv", "-o", unwritable}), 1);
   EXPECT_EQ(err_.str(),
             "[Write File Abort]\nCannot open file - check is not being used by another "
-            "program.\n\n");
+            "program.\n" +
+                unwritable + ": No such file or directory\n\n");
 
   const std::vector<std::vector<std::string>> usage = {
       {"export", square},
