@@ -13,7 +13,7 @@ enum class Button { Ok, Cancel, Yes, No };
 
 struct MessageBox {
   std::string title;
-  std::string text;    // lines separated by '\n'
+  std::string text;  // lines separated by '\n'
   Icon icon = Icon::None;
   Buttons buttons = Buttons::Ok;
   Button defaultButton = Button::Ok;
