@@ -14,6 +14,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/qt/WidgetNames.h"
+
 namespace plotmeter::qt {
 
 namespace {
@@ -22,12 +24,6 @@ constexpr int kFieldWidth = 150;
 constexpr int kLabelGap = 8;
 constexpr int kHintWidth = 330;
 constexpr int kHighestPointNumber = 99999;
-
-QString Latin1(const std::string& text) { return QString::fromLatin1(text); }
-
-std::string ToLatin1(const QString& text) { return text.toLatin1().toStdString(); }
-
-QString Indexed(const char* name, int index) { return QString("%1_%2").arg(name).arg(index); }
 
 // A label without a mnemonic shows a doubled ampersand as it is written; the hints double
 // theirs as a caption would, so they are shown single, to the eye and to a screen reader.
@@ -41,18 +37,6 @@ void KeepPlaceWhenHidden(QWidget* widget) {
   QSizePolicy policy = widget->sizePolicy();
   policy.setRetainSizeWhenHidden(true);
   widget->setSizePolicy(policy);
-}
-
-void ShowCombo(QComboBox* combo, const ControlState& state) {
-  QStringList items;
-  for (const std::string& item : state.items) items << Latin1(item);
-  QStringList shown;
-  for (int i = 0; i < combo->count(); ++i) shown << combo->itemText(i);
-  if (shown != items) {
-    combo->clear();
-    combo->addItems(items);
-  }
-  combo->setCurrentIndex(state.index);
 }
 
 }  // namespace
@@ -333,7 +317,7 @@ void DataInputDialog::showControl(const QString& name, const ControlState& state
     // What the user is typing stays as it is, cursor and all.
     if (field->text() != text) field->setText(text);
   } else if (auto* combo = qobject_cast<QComboBox*>(widget)) {
-    ShowCombo(combo, state);
+    ShowItems(combo, state.items, state.index);
   } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
     button->setText(text);
     // An option group may stand with none chosen: exclusivity is the logic's.

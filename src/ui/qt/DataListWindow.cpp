@@ -12,6 +12,7 @@
 
 #include "ui/qt/LegendWindows.h"
 #include "ui/qt/ListingFont.h"
+#include "ui/qt/WidgetNames.h"
 
 namespace plotmeter::qt {
 
@@ -20,16 +21,6 @@ namespace {
 constexpr std::array<const char*, 3> kSettingNames = {"UnitLbl", "FileTagLbl", "MagDecLbl"};
 constexpr std::array<const char*, 3> kSettingHeadingNames = {"UnitHdrLbl", "FileTagHdrLbl",
                                                              "MagDecHdrLbl"};
-
-QString Latin1(const std::string& text) { return QString::fromLatin1(text); }
-
-QString Indexed(const char* name, int index) { return QString("%1_%2").arg(name).arg(index); }
-
-template <typename Widget>
-Widget* Named(Widget* widget, const QString& name) {
-  widget->setObjectName(name);
-  return widget;
-}
 
 QPushButton* NamedButton(const char* name, const char* caption) {
   auto* button = Named(new QPushButton(caption), name);

@@ -9,6 +9,7 @@
 
 #include "ui/qt/ListingFont.h"
 #include "ui/qt/ScenePainter.h"
+#include "ui/qt/WidgetNames.h"
 
 namespace plotmeter::qt {
 
@@ -17,18 +18,6 @@ namespace {
 constexpr int kSampleWidth = 72;
 constexpr int kSampleMinHeight = 22;
 constexpr double kSampleInset = 10;  // from the sample's ends to its line's ends
-
-QString Text(std::string_view text) {
-  return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-QString Indexed(const char* name, int index) { return QString("%1_%2").arg(name).arg(index); }
-
-QLabel* NamedLabel(const QString& name, std::string_view text) {
-  auto* label = new QLabel(Text(text));
-  label->setObjectName(name);
-  return label;
-}
 
 QPushButton* CloseButton(QDialog* window) {
   auto* button = new QPushButton("Close");
@@ -53,7 +42,7 @@ LegendSampleView::LegendSampleView(const LegendSample& sample, double markerSide
 
 QSize LegendSampleView::sizeHint() const {
   const double side = markerSide_ * (sample_.selected ? kSelectedMarkerScale : 1);
-  const int labelWidth = fontMetrics().horizontalAdvance(Text(sample_.label)) + 8;
+  const int labelWidth = fontMetrics().horizontalAdvance(Latin1(sample_.label)) + 8;
   return {std::max(kSampleWidth, labelWidth),
           std::max(kSampleMinHeight, static_cast<int>(side) + 6)};
 }
@@ -87,7 +76,7 @@ void LegendSampleView::paintEvent(QPaintEvent*) {
   if (!sample_.label.empty()) {
     const QPointF at =
         sample_.anchor == LabelAnchor::kCentre ? area.center() : QPointF(area.left() + 2, 2);
-    PaintLabel(painter, at, sample_.anchor, Text(sample_.label));
+    PaintLabel(painter, at, sample_.anchor, Latin1(sample_.label));
   }
 }
 
@@ -110,7 +99,7 @@ AreaLegendWindow::AreaLegendWindow(double markerSide, QWidget* parent) : QDialog
       samples_.push_back(sample);
       grid->addWidget(sample, i, 0, Qt::AlignCenter);
     }
-    grid->addWidget(NamedLabel(Indexed("LegendLbl", i), row.text), i, 1);
+    grid->addWidget(NamedLabel(Indexed("LegendLbl", i), Latin1(row.text)), i, 1);
   }
   CloseBtn = CloseButton(this);
   auto* column = new QVBoxLayout(this);
@@ -129,13 +118,13 @@ ListLegendWindow::ListLegendWindow(QWidget* parent) : QDialog(parent) {
   int code = 0;
   for (int s = 0; s < static_cast<int>(kListLegendSections.size()); ++s) {
     const ListLegendSection& section = kListLegendSections[s];
-    QLabel* heading = NamedLabel(Indexed("HdgLbl", s), section.heading);
+    QLabel* heading = NamedLabel(Indexed("HdgLbl", s), Latin1(section.heading));
     heading->setFont(bold);
     if (s > 0) column->addSpacing(10);
     column->addWidget(heading);
     for (std::string_view line : section.lines) {
       if (line.empty()) continue;
-      QLabel* label = NamedLabel(Indexed("CodeLbl", code++), line);
+      QLabel* label = NamedLabel(Indexed("CodeLbl", code++), Latin1(line));
       // The codes line up in the listing's font; the note on the '+' mark is plain text.
       if (s == 0) label->setFont(ListingFont());
       label->setIndent(12);

@@ -14,6 +14,7 @@
 #include "ui/qt/DataInputDialog.h"
 #include "ui/qt/DataListWindow.h"
 #include "ui/qt/SheetDialog.h"
+#include "ui/qt/WidgetNames.h"
 
 namespace plotmeter::qt {
 
@@ -24,20 +25,6 @@ constexpr const char* kEditCaptions[] = {"Modify", "Add", "Delete", "UnDo"};
 constexpr const char* kOptionCaptions[] = {"Show Sub-division", "Show Lines", "Show Points",
                                            "Show Alternate GPS"};
 
-QString Latin1(const std::string& text) { return QString::fromLatin1(text); }
-
-QString Indexed(const char* name, int index) { return QString("%1_%2").arg(name).arg(index); }
-
-template <typename Widget>
-Widget* Named(Widget* widget, const QString& name) {
-  widget->setObjectName(name);
-  return widget;
-}
-
-QLabel* NamedLabel(const QString& name, const QString& text = {}) {
-  return Named(new QLabel(text), name);
-}
-
 QPushButton* NamedButton(const QString& name, const char* caption) {
   return Named(new QPushButton(caption), name);
 }
@@ -46,15 +33,7 @@ QPushButton* NamedButton(const QString& name, const char* caption) {
 // choice.
 void ShowCombo(QComboBox* combo, const ComboState& state) {
   QSignalBlocker loading(combo);
-  QStringList items;
-  for (const std::string& item : state.items) items << Latin1(item);
-  QStringList shown;
-  for (int i = 0; i < combo->count(); ++i) shown << combo->itemText(i);
-  if (shown != items) {
-    combo->clear();
-    combo->addItems(items);
-  }
-  combo->setCurrentIndex(state.index);
+  ShowItems(combo, state.items, state.index);
   combo->setVisible(state.visible);
 }
 

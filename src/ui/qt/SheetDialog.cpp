@@ -12,18 +12,13 @@
 #include <QVBoxLayout>
 
 #include "ui/qt/SheetPainter.h"
+#include "ui/qt/WidgetNames.h"
 
 namespace plotmeter::qt {
 
 namespace {
 
 constexpr const char* kFitToPage = "Fit to page";
-
-template <typename Widget>
-Widget* Named(Widget* widget, const char* name) {
-  widget->setObjectName(name);
-  return widget;
-}
 
 bool HasUnitOfLength(const PlotmeterLogic& logic) {
   return MillimetresPerUnit(logic.survey().UnitOfMeasure) > 0;
