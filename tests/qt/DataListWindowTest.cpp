@@ -178,6 +178,8 @@ class DataListWindowTest : public QObject {
                           "Tag description  (mouse Right click on a point)",
                           "-  'Sub-division' may also be an 'Area Extension'"}));
     ExpectNoAccessibleNameOnLabels(area);
+    QCOMPARE(Find<QWidget>(area, "LegendSh_6")->accessibleName(),
+             "Symbol: Point for Editing (mouse Left click on a point)");
     Click(Find<QPushButton>(area, "CloseBtn"));
     QVERIFY(!area->isVisible());
 

@@ -96,6 +96,8 @@ AreaLegendWindow::AreaLegendWindow(double markerSide, QWidget* parent) : QDialog
     if (hasSample) {
       auto* sample = new LegendSampleView(row.sample, markerSide);
       sample->setObjectName(Indexed("LegendSh", i));
+      // A screen reader names the sample by the symbol it shows.
+      sample->setAccessibleName("Symbol: " + Latin1(row.text));
       samples_.push_back(sample);
       grid->addWidget(sample, i, 0, Qt::AlignCenter);
     }

@@ -7,7 +7,10 @@
 namespace plotmeter::qt {
 
 bool TestIdsFilter::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Polish && watched->isWidgetType()) {
+  // Some widgets are polished before they are named (the buttons of a button box), so the
+  // name is looked at again when the widget is shown.
+  const bool named = event->type() == QEvent::Polish || event->type() == QEvent::Show;
+  if (named && watched->isWidgetType()) {
     auto* widget = static_cast<QWidget*>(watched);
     if (!widget->objectName().isEmpty() && widget->accessibleDescription().isEmpty()) {
       widget->setAccessibleDescription(widget->objectName());
