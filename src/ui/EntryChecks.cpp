@@ -106,7 +106,7 @@ std::vector<std::string> UnitListItems(char subValueSeparator) {
   for (int unit = 0; unit < kUnitCount; ++unit) {
     std::string item(UnitName(unit));
     if (SubUnitsPerUnit(unit) > 0) {
-      item += "[" + std::string(1, subValueSeparator) + std::string(SubUnitName(unit)) + "]";
+      item.append(1, '[').append(1, subValueSeparator).append(SubUnitName(unit)).append(1, ']');
     }
     items.push_back(item);
   }

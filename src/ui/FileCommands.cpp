@@ -52,7 +52,8 @@ SelectedFile CheckChosenName(int mode, std::string_view extension, const FileCho
 SelectedFile SelectFile(UserDialogs& dialogs, FileDialogRequest request) {
   request.extension = LowerTrimmed(request.extension);
   if (request.mode == kSelectWholeFolder) request.initialName = "_whole directory_";
-  if (request.mode == kSelectFolderByName) request.initialName = "_";
+  // One character assigned, not "_": g++ 12 -O3 wrongly warns (-Wrestrict) on the literal.
+  if (request.mode == kSelectFolderByName) request.initialName.assign(1, '_');
   if (!request.keepName && request.mode <= kSelectSave) request.initialName.clear();
   return CheckChosenFile(request.mode, request.extension, dialogs.SelectFile(request));
 }

@@ -159,7 +159,8 @@ void WriteArea(Sheet& sheet, const PlotmeterLogic& logic) {
   const ProcessingState& state = logic.state();
   sheet.areaHeading = display.AreaHdrLbl;
   const bool measured = FindMainPerimeter(logic.survey()) >= 0 && !state.BadPerimeter;
-  const std::string unit = measured ? " " + logic.AreaUnitText() : "";
+  // Built by appending: g++ 12 -O3 wrongly warns (-Wrestrict) on text put before a temporary.
+  const std::string unit = measured ? std::string(" ").append(logic.AreaUnitText()) : "";
   const std::vector<std::string>& segments = display.AreaSgmtCmb.items;
   if (measured && display.AreaSgmtCmb.visible && segments.size() == state.SegmentAreas.size()) {
     for (std::size_t i = 0; i < segments.size(); ++i) {
