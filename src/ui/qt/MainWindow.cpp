@@ -78,10 +78,6 @@ QWidget* MainWindow::createSidePanel() {
   auto* areaColumn = new QVBoxLayout(area);
   AreaHdrLbl = NamedLabel("AreaHdrLbl");
   AreaValLbl = NamedLabel("AreaValLbl");
-  QFont big = AreaValLbl->font();
-  big.setPointSizeF(big.pointSizeF() * 1.6);
-  big.setBold(true);
-  AreaValLbl->setFont(big);
   AreaValLbl->setTextInteractionFlags(Qt::TextSelectableByMouse);
   AreaValLbl->setWordWrap(true);  // a state text such as "< Bad Perimeter Lines >" may not fit
   AreaUnitCmb = Named(new QComboBox, "AreaUnitCmb");
@@ -328,6 +324,13 @@ void MainWindow::showAreaControls() {
   const MainDisplay& display = logic_.display();
   AreaHdrLbl->setText(Latin1(display.AreaHdrLbl));
   AreaValLbl->setText(Latin1(display.AreaValLbl.text));
+  // The area stands out large; a state text such as "< Not a Perimeter >" is smaller, so
+  // that it fits on one line.
+  const bool number = !display.AreaValLbl.text.starts_with('<');
+  QFont font = this->font();
+  font.setPointSizeF(font.pointSizeF() * (number ? 1.6 : 1.2));
+  font.setBold(true);
+  AreaValLbl->setFont(font);
   QPalette palette = AreaValLbl->palette();
   palette.setColor(QPalette::WindowText, display.AreaValLbl.red
                                              ? QColor(Qt::red)
