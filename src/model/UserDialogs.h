@@ -35,6 +35,9 @@ struct FileDialogRequest {
   // Added by the dialog to a name typed without an extension; unlike `extension` it
   // refuses no other.
   std::string defaultSuffix;
+  // Where the dialog opens: the folder of the survey's file. Empty for the dialog's own
+  // choice.
+  std::string folder;
 };
 
 struct FileChoice {

@@ -20,11 +20,6 @@ std::string LowerTrimmed(std::string_view text) {
   return result;
 }
 
-std::string PathFolder(const std::string& path) {
-  std::size_t slash = path.rfind('/');
-  return slash == std::string::npos ? "" : path.substr(0, slash);
-}
-
 SelectedFile CheckFileName(std::string_view required, std::string path) {
   std::string name = PathFileName(path);
   std::size_t dot = name.rfind('.');
@@ -70,6 +65,11 @@ bool FileExists(const std::string& path) {
   std::error_code error;
   return !path.empty() && std::filesystem::exists(path, error) &&
          !std::filesystem::is_directory(path, error);
+}
+
+std::string PathFolder(const std::string& path) {
+  std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "" : path.substr(0, slash);
 }
 
 std::string PathFileName(const std::string& path) {

@@ -43,6 +43,8 @@ SelectedFile SelectFile(UserDialogs& dialogs, FileDialogRequest request);
 
 // A file of that path exists and is not a folder.
 bool FileExists(const std::string& path);
+// The folder part of a path: what stands before its last folder separator ("" for none).
+std::string PathFolder(const std::string& path);
 // The file name part of a path: what follows its last folder separator.
 std::string PathFileName(const std::string& path);
 

@@ -39,10 +39,11 @@ std::string ReloadFault(const Survey& survey) {
 PlotmeterLogic::PlotmeterLogic() { display_.DisplayOptions = kDefaultDisplayOptions; }
 
 LoadOutcome PlotmeterLogic::CommandLoad(UserDialogs& dialogs) {
-  return LoadChosen(
-      SelectFile(dialogs,
-                 {.mode = kSelectOpen, .filter = kDataFileFilter, .title = kFileTitleLoad}),
-      dialogs);
+  return LoadChosen(SelectFile(dialogs, {.mode = kSelectOpen,
+                                         .filter = kDataFileFilter,
+                                         .title = kFileTitleLoad,
+                                         .folder = PathFolder(survey_.CurrentFileName)}),
+                    dialogs);
 }
 
 LoadOutcome PlotmeterLogic::LoadNamed(const std::string& path, UserDialogs& dialogs) {
@@ -70,7 +71,8 @@ bool PlotmeterLogic::CommandSaveAs(UserDialogs& dialogs) {
   SelectedFile file = SelectFile(dialogs, {.mode = kSelectSave,
                                            .filter = kDataFileFilter,
                                            .title = kFileTitleSave,
-                                           .defaultSuffix = "csv"});
+                                           .defaultSuffix = "csv",
+                                           .folder = PathFolder(survey_.CurrentFileName)});
   if (file.code == kFileCancelled) return false;
   if (file.code != kFileUsable) {
     display_.DatSrcLbl = kNoFile;

@@ -218,6 +218,9 @@ TEST_F(PlotmeterLogicTest, SaveWritesTheCurrentFileOrAsksForOne) {
   EXPECT_FALSE(logic_.CommandSave(dialogs_));
   ASSERT_EQ(dialogs_.fileRequests.size(), 1u);
   EXPECT_EQ(dialogs_.fileRequests[0].title, "Set File to Save data");
+  // The dialog opens where the survey's file was.
+  EXPECT_EQ(dialogs_.fileRequests[0].folder, PathFolder(current));
+  EXPECT_FALSE(dialogs_.fileRequests[0].folder.empty());
 }
 
 TEST_F(PlotmeterLogicTest, ExitAsksOnlyAboutUnsavedData) {

@@ -123,6 +123,7 @@ FileChoice QtDialogs::SelectFile(const FileDialogRequest& request) {
   if (!request.defaultSuffix.empty()) {
     dialog.setDefaultSuffix(QString::fromLatin1(request.defaultSuffix));
   }
+  if (!request.folder.empty()) dialog.setDirectory(QFile::decodeName(request.folder.c_str()));
   if (!request.initialName.empty())
     dialog.selectFile(QFile::decodeName(request.initialName.c_str()));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
