@@ -27,7 +27,8 @@ class PlotView : public QWidget {
   SceneTransform transform() const;
 
   QSize sizeHint() const override { return {620, 620}; }
-  QSize minimumSizeHint() const override { return {240, 240}; }
+  // Below this a plot's markers and labels crowd into one another.
+  QSize minimumSizeHint() const override { return {360, 360}; }
 
  signals:
   void pressed(plotmeter::MouseButton button, QPointF scenePosition);
