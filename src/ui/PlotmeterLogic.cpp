@@ -296,9 +296,18 @@ void PlotmeterLogic::SetOptionAvailable(int index, bool available) {
 
 void PlotmeterLogic::ClickDrawing(MouseButton button, float x, float y) {
   if (!InsideDrawingArea(scene_, x, y) || scene_.markers.empty()) return;
+  Select(button, NearestDrawnPoint(survey_, scene_, display_.DisplayOptions, x, y));
+}
+
+void PlotmeterLogic::StepSelection(int step) {
+  if (scene_.markers.empty()) return;
+  Select(MouseButton::kLeft,
+         AdjacentDrawnPoint(survey_, scene_, display_.DisplayOptions, state_.SelectedPoint, step));
+}
+
+void PlotmeterLogic::Select(MouseButton button, const PointHit& hit) {
   const int previous = state_.SelectedPoint;
   state_.ResetSelection();
-  const PointHit hit = NearestDrawnPoint(survey_, scene_, display_.DisplayOptions, x, y);
   if (previous >= 0) ResizeMarker(scene_, previous, scene_.markerSize);
   display_.EditSubLbl = kClickOnAPoint;
   if (hit.point >= 0) {

@@ -110,6 +110,9 @@ class PlotmeterLogic {
   // drawn, nothing happens. A left click selects the nearest drawn point and enlarges its
   // marker; a right click shows the tag of that point's dataset beside it.
   void ClickDrawing(MouseButton button, float x, float y);
+  // The arrow keys on the drawing: the next (step 1) or previous (-1) drawn point in point
+  // order selected, as a left click on it selects it.
+  void StepSelection(int step);
 
   // The unit text beside the area: the chosen list text, the "not specified" label, or
   // "" when neither is shown.
@@ -121,6 +124,8 @@ class PlotmeterLogic {
   void ShowFile(const std::string& path);
   bool WriteFile(const std::string& path, UserDialogs& dialogs);
   void ClearSelection();
+  // The selection or tag that a click on `hit` makes (none: the selection cleared).
+  void Select(MouseButton button, const PointHit& hit);
   void EnableEditButtons();
   void ClearDrawing();
 

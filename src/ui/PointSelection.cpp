@@ -1,6 +1,8 @@
 #include "ui/PointSelection.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace plotmeter {
 
@@ -19,23 +21,51 @@ bool InsideDrawingArea(const PlotScene& scene, float x, float y) {
          y <= scene.top + scene.height;
 }
 
-PointHit NearestDrawnPoint(const Survey& survey, const PlotScene& scene,
-                           std::uint8_t displayOptions, float x, float y) {
-  PointHit hit;
-  double nearest = 0;
+namespace {
+
+// Every point drawn, in point order, among the datasets that `displayOptions` draws.
+std::vector<PointHit> DrawnPoints(const Survey& survey, const PlotScene& scene,
+                                  std::uint8_t displayOptions) {
+  std::vector<PointHit> drawn;
   const std::uint8_t kinds = KindMask(displayOptions);
   for (int d = 0; d < survey.DatasetCount(); ++d) {
     if (!(survey.Datasets[d].DatasetType & kDatasetKindMask & kinds)) continue;
     for (int i = survey.Datasets[d].DatasetStart; i < survey.DatasetEnd(d); ++i) {
-      if (i >= static_cast<int>(scene.screen.size()) || !scene.screen[i].drawn) continue;
-      double distance = std::hypot(double{scene.screen[i].x} - x, double{scene.screen[i].y} - y);
-      if (hit.point < 0 || distance < nearest) {
-        hit = {i, d + 1};
-        nearest = distance;
+      if (i < static_cast<int>(scene.screen.size()) && scene.screen[i].drawn) {
+        drawn.push_back({i, d + 1});
       }
     }
   }
+  return drawn;
+}
+
+}  // namespace
+
+PointHit NearestDrawnPoint(const Survey& survey, const PlotScene& scene,
+                           std::uint8_t displayOptions, float x, float y) {
+  PointHit hit;
+  double nearest = 0;
+  for (const PointHit& candidate : DrawnPoints(survey, scene, displayOptions)) {
+    const ScreenPoint& at = scene.screen[candidate.point];
+    double distance = std::hypot(double{at.x} - x, double{at.y} - y);
+    if (hit.point < 0 || distance < nearest) {
+      hit = candidate;
+      nearest = distance;
+    }
+  }
   return hit;
+}
+
+PointHit AdjacentDrawnPoint(const Survey& survey, const PlotScene& scene,
+                            std::uint8_t displayOptions, int from, int step) {
+  const std::vector<PointHit> drawn = DrawnPoints(survey, scene, displayOptions);
+  if (drawn.empty()) return {};
+  const auto count = static_cast<int>(drawn.size());
+  const auto at = std::find_if(drawn.begin(), drawn.end(),
+                               [from](const PointHit& hit) { return hit.point == from; });
+  if (at == drawn.end()) return step >= 0 ? drawn.front() : drawn.back();
+  const int place = static_cast<int>(at - drawn.begin());
+  return drawn[static_cast<std::size_t>(((place + step) % count + count) % count)];
 }
 
 SceneLabel TagLabel(const PlotScene& scene, const ScreenPoint& point, const std::string& tag) {

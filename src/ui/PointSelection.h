@@ -30,6 +30,12 @@ bool InsideDrawingArea(const PlotScene& scene, float x, float y);
 PointHit NearestDrawnPoint(const Survey& survey, const PlotScene& scene,
                            std::uint8_t displayOptions, float x, float y);
 
+// The drawn point `step` places after point `from` in point order, among the datasets that
+// `displayOptions` draws, wrapping round; from a point not drawn (-1: none) the first
+// drawn point going forward, the last going back. How the arrow keys walk the drawing.
+PointHit AdjacentDrawnPoint(const Survey& survey, const PlotScene& scene,
+                            std::uint8_t displayOptions, int from, int step);
+
 // `TagDSLbl` for a right click on `point`: the dataset's tag, trimmed, or "<No Tag>",
 // above the point and beside its marker, on whichever side keeps it in the drawing area.
 SceneLabel TagLabel(const PlotScene& scene, const ScreenPoint& point, const std::string& tag);

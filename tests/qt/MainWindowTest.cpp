@@ -1,4 +1,5 @@
 // The main window through its real widgets: what the window logic's tests cannot see.
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -132,6 +133,38 @@ class MainWindowTest : public QObject {
       QRectF area = Find<PlotView>("DisplaySh")->transform().Area();
       QCOMPARE(area.width(), area.height());
     }
+  }
+
+  // Tab walks the controls in reading order: down the right-hand column, group by group.
+  void tabReachesTheControlsInReadingOrder() {
+    window_->openFile(kFarm);
+    QApplication::setActiveWindow(window_.get());
+    Find("DataBtn_0")->setFocus();
+    QStringList order;
+    for (int i = 0; i < 24 && !order.contains(QApplication::focusWidget()->objectName()); ++i) {
+      order << QApplication::focusWidget()->objectName();
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(order,
+             QStringList({"DataBtn_0", "DataBtn_1", "DataBtn_2", "DataBtn_3", "AreaUnitCmb",
+                          "AreaSgmtCmb", "OptnsCkB_0", "OptnsCkB_2", "OptnsCkB_3", "LegendBtn",
+                          "ListBtn", "PrintBtn", "ExportBtn", "ExitBtn", "DisplaySh"}));
+  }
+
+  // On the drawing the arrow keys select points and the menu key shows their tag.
+  void keysSelectPointsOnTheDrawing() {
+    window_->openFile(kFarm);
+    auto* view = Find<PlotView>("DisplaySh");
+    view->setFocus();
+    QTest::keyClick(view, Qt::Key_Right);
+    QTest::keyClick(view, Qt::Key_Right);
+    QCOMPARE(Text("EditSubLbl"), QString("Point 2 selected"));
+    QVERIFY(Find<QPushButton>("EditPtBtn_0")->isEnabled());
+    QTest::keyClick(view, Qt::Key_Up);
+    QCOMPARE(Text("EditSubLbl"), QString("Point 1 selected"));
+    QTest::keyClick(view, Qt::Key_Menu);
+    QCOMPARE(Text("TagDSLbl"), QString("Home paddocks"));
+    QVERIFY(Find<QLabel>("TagDSLbl")->isVisible());
   }
 
   void exitAsksNothingWhenNothingIsUnsaved() {

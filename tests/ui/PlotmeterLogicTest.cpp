@@ -294,6 +294,38 @@ TEST_F(PlotmeterLogicTest, ClicksSelectTheNearestDrawnPointAndShowTags) {
   EXPECT_FLOAT_EQ(logic_.scene().TagDSLbl.x, area - 100 - 36 - 20);
 }
 
+// The square with a sub-division whose start point stands on corner 2 (a click there
+// always finds corner 2, the earlier point) and a stand-alone point.
+constexpr const char* kDividedSquare =
+    "44,#0092,1,0,0,58\nH,M,Square\n1,X,,,0,0\n2,XJ,,,100,0\n3,X,,,100,100\n"
+    "4,XJ,,,0,100\nH,S,Corner\n5,D,,,100,0\n6,X,,,50,50\nH,P,Shed\n7,X,,,20,20\n";
+
+TEST_F(PlotmeterLogicTest, ArrowKeysWalkTheDrawnPointsInOrder) {
+  logic_.StepSelection(1);  // nothing drawn: nothing happens
+  EXPECT_EQ(logic_.state().SelectedPoint, -1);
+  Load(kDividedSquare);
+  std::vector<int> walked;
+  for (int i = 0; i < 8; ++i) {
+    logic_.StepSelection(1);
+    walked.push_back(logic_.state().SelectedPoint);
+  }
+  EXPECT_EQ(walked, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 0}));  // wraps round
+  EXPECT_EQ(logic_.display().EditSubLbl, "Point 1 selected");
+  logic_.StepSelection(-1);
+  EXPECT_EQ(logic_.state().SelectedPoint, 6);
+  EXPECT_EQ(logic_.state().SelectedDataset, 3);
+
+  // A dataset that is not drawn is passed over, as a click passes over it.
+  logic_.ClickOption(kOptionSubDivision, false, dialogs_);
+  logic_.ClickDrawing(MouseButton::kRight, 0, 0);  // no selection
+  walked.clear();
+  for (int i = 0; i < 3; ++i) {
+    logic_.StepSelection(-1);
+    walked.push_back(logic_.state().SelectedPoint);
+  }
+  EXPECT_EQ(walked, (std::vector<int>{6, 3, 2}));
+}
+
 class EditButtonTest : public PlotmeterLogicTest {
  protected:
   void Select(int point) {

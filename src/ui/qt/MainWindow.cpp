@@ -169,6 +169,10 @@ void MainWindow::createConnections() {
   connect(AreaUnitCmb, &QComboBox::activated, this, &MainWindow::chooseAreaUnit);
   connect(AreaSgmtCmb, &QComboBox::activated, this, &MainWindow::chooseSegment);
   connect(DisplaySh, &PlotView::pressed, this, &MainWindow::pressDrawing);
+  connect(DisplaySh, &PlotView::stepped, this, [this](int step) {
+    logic_.StepSelection(step);
+    showState();
+  });
   connect(ListBtn, &QPushButton::clicked, this, &MainWindow::showList);
   connect(LegendBtn, &QPushButton::clicked, this, &MainWindow::showLegend);
   connect(PrintBtn, &QPushButton::clicked, this, [this] { PrintPlot(this, logic_); });

@@ -162,6 +162,9 @@ class PlotViewAccessible : public QAccessibleWidget {
     return QAccessibleWidget::indexOfChild(child);
   }
 
+  // The child that stands for marker `marker` of the scene.
+  int ChildOfMarker(int marker) const { return QAccessibleWidget::childCount() + marker; }
+
   // Items are made anew for each drawing: the old ones name what is no longer drawn.
   void Forget() {
     for (const auto& [index, id] : children_) QAccessible::deleteAccessibleInterface(id);
@@ -188,6 +191,20 @@ void ForgetDrawnItems(PlotView* view) {
   if (auto* accessible =
           dynamic_cast<PlotViewAccessible*>(QAccessible::queryAccessibleInterface(view))) {
     accessible->Forget();
+  }
+}
+
+void AnnounceSelectedPoint(PlotView* view) {
+  const PlotScene* scene = view->scene();
+  if (!QAccessible::isActive() || !scene || view->selectedPoint() < 0) return;
+  auto* accessible = dynamic_cast<PlotViewAccessible*>(QAccessible::queryAccessibleInterface(view));
+  if (!accessible) return;
+  for (std::size_t marker = 0; marker < scene->markers.size(); ++marker) {
+    if (scene->markers[marker].point != view->selectedPoint()) continue;
+    QAccessibleEvent focus(view, QAccessible::Focus);
+    focus.setChild(accessible->ChildOfMarker(static_cast<int>(marker)));
+    QAccessible::updateAccessibility(&focus);
+    return;
   }
 }
 

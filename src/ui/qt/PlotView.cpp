@@ -1,8 +1,11 @@
 #include "ui/qt/PlotView.h"
 
 #include <QAccessible>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
 
 namespace plotmeter::qt {
 
@@ -32,6 +35,7 @@ PlotView::PlotView(QWidget* parent)
   setAccessibleName("Drawing");
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setAttribute(Qt::WA_OpaquePaintEvent);
+  setFocusPolicy(Qt::StrongFocus);
 }
 
 void PlotView::setScene(const PlotScene& scene, int selected) {
@@ -43,6 +47,7 @@ void PlotView::setScene(const PlotScene& scene, int selected) {
   ForgetDrawnItems(this);
   QAccessibleEvent reorder(this, QAccessible::ObjectReorder);
   QAccessible::updateAccessibility(&reorder);
+  if (hasFocus()) AnnounceSelectedPoint(this);
 }
 
 SceneTransform PlotView::transform() const {
@@ -56,10 +61,37 @@ void PlotView::paintEvent(QPaintEvent*) {
   static const PlotScene kEmpty;
   PaintScene(painter, scene_ ? *scene_ : kEmpty, QRectF(rect()).adjusted(4, 4, -4, -4),
              {.drawLabels = false});
+  if (hasFocus()) {
+    QStyleOptionFocusRect focus;
+    focus.initFrom(this);
+    focus.rect = rect().adjusted(1, 1, -1, -1);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+  }
 }
 
 void PlotView::mousePressEvent(QMouseEvent* event) {
   emit pressed(ToMouseButton(event->button()), transform().ToScene(event->position()));
+}
+
+void PlotView::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+      emit stepped(1);
+      return;
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+      emit stepped(-1);
+      return;
+    case Qt::Key_Menu:
+      if (scene_ && selected_ >= 0 && selected_ < static_cast<int>(scene_->screen.size())) {
+        const ScreenPoint& at = scene_->screen[static_cast<std::size_t>(selected_)];
+        emit pressed(MouseButton::kRight, QPointF(at.x, at.y));
+      }
+      return;
+    default:
+      QWidget::keyPressEvent(event);
+  }
 }
 
 void PlotView::resizeEvent(QResizeEvent*) {

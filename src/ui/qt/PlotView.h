@@ -1,7 +1,9 @@
 // The square drawing area `DisplaySh`: paints the scene that the window logic laid out,
 // scaled to fit whatever size the window gives it, and turns mouse presses into scene
-// units. The sub-division label and the tag label are widgets of their own, so that a
-// screen reader finds them; mouse presses on them fall through to the drawing beneath.
+// units. From the keyboard, the arrow keys walk the points and the menu key shows the tag
+// of the selected point's dataset, as a right click on it does. The sub-division label and the tag
+// label are widgets of their own, so that a screen reader finds them; mouse presses on them fall
+// through to the drawing beneath.
 #pragma once
 
 #include <QLabel>
@@ -32,10 +34,13 @@ class PlotView : public QWidget {
 
  signals:
   void pressed(plotmeter::MouseButton button, QPointF scenePosition);
+  // An arrow key: the next (1) or previous (-1) point to be selected.
+  void stepped(int step);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
@@ -51,5 +56,7 @@ class PlotView : public QWidget {
 void InstallPlotAccessibility();
 // Drops the accessible items of the last drawing, before a new one is shown.
 void ForgetDrawnItems(PlotView* view);
+// Tells assistive technology which point is now selected, when one is.
+void AnnounceSelectedPoint(PlotView* view);
 
 }  // namespace plotmeter::qt
