@@ -4,8 +4,6 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyle>
-#include <QStyleOptionFocusRect>
 
 namespace plotmeter::qt {
 
@@ -61,11 +59,10 @@ void PlotView::paintEvent(QPaintEvent*) {
   static const PlotScene kEmpty;
   PaintScene(painter, scene_ ? *scene_ : kEmpty, QRectF(rect()).adjusted(4, 4, -4, -4),
              {.drawLabels = false});
-  if (hasFocus()) {
-    QStyleOptionFocusRect focus;
-    focus.initFrom(this);
-    focus.rect = rect().adjusted(1, 1, -1, -1);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+  if (hasFocus()) {  // a frame in the highlight colour: the keys now act on the drawing
+    painter.setPen(QPen(palette().highlight(), 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
   }
 }
 
