@@ -14,6 +14,7 @@
 #include "datafile/FileText.h"
 #include "datafile/InputText.h"
 #include "datafile/PointTableChecks.h"
+#include "model/TypeLetters.h"
 
 namespace plotmeter {
 
@@ -53,35 +54,16 @@ bool ReadPointReference(std::string_view field, int& number) {
   return true;
 }
 
+// "L" implies GPS values, so "A" beside it says nothing more; the writer leaves it out.
 void SetPointType(const TypeField& type, Point& point) {
-  switch (type.type) {
-    case 'X':
-      point.PtFlags = kPtXY;
-      break;
-    case 'D':
-      point.PtFlags = kPtXY;
-      point.PtMarks = kMarkDummy;
-      break;
-    case 'B':
-      point.PtFlags = kPtBearing;
-      break;
-    case 'C':
-      point.PtFlags = kPtBearing;
-      point.PtMarks = kMarkCompass;
-      break;
-    case 'G':
-      point.PtFlags = kPtGps;
-      break;
-    case 'R':
-      point.PtFlags = kPtReference;
-      break;
+  if (const TypeLetter* letter = FindTypeLetter(type.type)) {
+    point.PtFlags = letter->flags;
+    point.PtMarks = letter->marks;
   }
-  // "L" implies GPS values, so "A" beside it says nothing more; the writer leaves it out.
-  if (type.flagA && !type.flagL) point.PtFlags |= kPtGps | kPtAltGps;
-  if (type.flagI) point.PtFlags |= kPtIntermediate;
-  if (type.flagJ) point.PtFlags |= kPtJoin;
-  if (type.flagL) point.PtFlags |= kPtLink | kPtGps;
-  if (type.flagF) point.PtFlags |= kPtReference;
+  const std::uint8_t named = type.Has(kPtLink) ? type.flagBits & ~kPtAltGps : type.flagBits;
+  for (const FlagLetter& flag : kFlagLetters) {
+    if (named & flag.bit) point.PtFlags |= flag.bit | flag.implies;
+  }
 }
 
 class DataFileParser {
@@ -194,8 +176,8 @@ class DataFileParser {
     point.InGPSLong = TrimBlanks(fields[6]);
     point.InGPSLat = TrimBlanks(fields[7]);
 
-    if (type.flagJ && ++survey_.JoinPointCount > kMaxJoinPoints) return 10;
-    if (type.flagL && ++linkCount_ > 1) return 9;
+    if (type.Has(kPtJoin) && ++survey_.JoinPointCount > kMaxJoinPoints) return 10;
+    if (type.Has(kPtLink) && ++linkCount_ > 1) return 9;
     if (type.type == 'D') survey_.Datasets.back().DatasetType |= kDatasetHasDummy;
     survey_.Points.push_back(std::move(point));
     return 0;
@@ -211,15 +193,16 @@ class DataFileParser {
     if (type.typeLetters != 1) return 32;
     if (type.type == 'D' && !dummyStart) return 32;
     if (type.unknownLetter) return 27;
-    if (type.flagF && !type.IsBearing()) return 27;
-    if (type.type == 'R' && (type.flagA || type.flagI || type.flagL)) return 27;
+    if (type.Has(kPtReference) && !type.IsBearing()) return 27;
+    if (type.type == 'R' && (type.Has(kPtAltGps) || type.Has(kPtIntermediate) || type.Has(kPtLink)))
+      return 27;
     if (type.type == 'D' && type.AnyFlag()) return 29;
-    if (type.flagI && type.flagL) return 17;
-    if (type.flagI && kind == kDatasetPoints) return 15;
-    if (type.flagI && first) return 23;
-    if (type.flagI && type.IsBearing() && point.PtRef == 0) return 26;
+    if (type.Has(kPtIntermediate) && type.Has(kPtLink)) return 17;
+    if (type.Has(kPtIntermediate) && kind == kDatasetPoints) return 15;
+    if (type.Has(kPtIntermediate) && first) return 23;
+    if (type.Has(kPtIntermediate) && type.IsBearing() && point.PtRef == 0) return 26;
     if (point.PtRef == point.PtNumber) return 13;
-    if ((type.type == 'R' || type.flagF) && point.PtRef == 0) return 13;
+    if ((type.type == 'R' || type.Has(kPtReference)) && point.PtRef == 0) return 13;
     if (point.PtTarget == point.PtNumber) return 28;
     if (point.PtRef != 0) return CheckReferencePlace(type, kind, first);
     return 0;
@@ -234,9 +217,9 @@ class DataFileParser {
         return type.IsBearing() ? 0 : 19;
       case kDatasetSubDivision:
         if (type.type == 'R') return sharedStart ? 0 : 21;
-        return type.flagI && type.IsBearing() ? 0 : 18;
+        return type.Has(kPtIntermediate) && type.IsBearing() ? 0 : 18;
       default:  // main
-        return type.flagI && type.IsBearing() ? 0 : 18;
+        return type.Has(kPtIntermediate) && type.IsBearing() ? 0 : 18;
     }
   }
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "model/Survey.h"
+#include "model/TypeLetters.h"
 
 namespace plotmeter {
 
@@ -77,44 +78,17 @@ DatasetHeader ReadDatasetHeader(std::string_view line, char separator) {
   return header;
 }
 
-// Read in capitals, so the writer's "s" (shared) reads as "S".
 TypeField ReadTypeField(std::string_view field) {
   TypeField result;
   for (char c : field) {
-    const char upper = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-    switch (upper) {
-      case 'X':
-      case 'B':
-      case 'C':
-      case 'G':
-      case 'R':
-      case 'D':
-        ++result.typeLetters;
-        result.type = upper;
-        break;
-      case 'A':
-        result.flagA = true;
-        break;
-      case 'I':
-        result.flagI = true;
-        break;
-      case 'J':
-        result.flagJ = true;
-        break;
-      case 'L':
-        result.flagL = true;
-        break;
-      case 'F':
-        result.flagF = true;
-        break;
-      case 'S':
-        result.shared = true;
-        break;
-      case ' ':
-      case '\t':
-        break;
-      default:
-        result.unknownLetter = true;
+    if (const TypeLetter* type = FindTypeLetter(c)) {
+      ++result.typeLetters;
+      result.type = type->letter;
+    } else if (const FlagLetter* flag = FindFlagLetter(c)) {
+      result.flagBits |= flag->bit;
+      result.flagMarks |= flag->mark;
+    } else if (c != ' ' && c != '\t') {
+      result.unknownLetter = true;
     }
   }
   return result;

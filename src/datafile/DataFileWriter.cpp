@@ -9,6 +9,7 @@
 
 #include "datafile/FileText.h"
 #include "datafile/SafeFile.h"
+#include "model/TypeLetters.h"
 #include "model/ValueFormat.h"
 
 namespace plotmeter {
@@ -218,38 +219,10 @@ class DataFileComposer {
   static std::string DatasetKindName(const Dataset& dataset, int points) {
     std::uint8_t type = dataset.DatasetType;
     if (type & kDatasetMain) return "Main";
-    if (type & kDatasetSubDivision) {
-      return type & kDatasetGenerated ? "Internally generated Sub-division"
-                                      : "Sub-division (or Extension)";
+    if ((type & kDatasetSubDivision) && (type & kDatasetGenerated)) {
+      return "Internally generated Sub-division";
     }
-    if (type & kDatasetLine) return "Line";
-    return points == 1 ? "Single Point" : "Points Collection";
-  }
-
-  // The type letter by the first rule that matches, then the flags in their fixed order.
-  static std::string TypeField(const Point& point, bool inSubDivision) {
-    std::uint8_t flags = point.PtFlags;
-    std::string field;
-    if ((point.PtMarks & kMarkDummy) && inSubDivision) {
-      field = "D";
-    } else if ((flags & kPtInputMask) == kPtReference) {
-      field = "R";
-    } else if ((flags & (kPtXY | kPtBearing | kPtGps)) == kPtGps) {
-      field = "G";
-    } else if (flags & kPtXY) {
-      field = "X";
-    } else {
-      field = point.PtMarks & kMarkCompass ? "C" : "B";
-    }
-    if ((flags & kPtAltGps) && !(flags & kPtLink)) field += 'A';
-    if (flags & kPtIntermediate) {
-      field += 'I';
-      if (point.PtMarks & kMarkShared) field += 's';
-    }
-    if (flags & kPtJoin) field += 'J';
-    if (flags & kPtLink) field += 'L';
-    if ((flags & kPtBearing) && (flags & kPtReference)) field += 'F';
-    return field;
+    return std::string(DatasetKindWords(DatasetLetter(type), points));
   }
 
   static std::string PointNumberText(int number) {
@@ -263,7 +236,7 @@ class DataFileComposer {
   void WriteDataLine(const Point& point, bool inSubDivision) {
     std::string line = std::to_string(point.PtNumber);
     for (const std::string& field :
-         {TypeField(point, inSubDivision), PointNumberText(point.PtRef),
+         {PointTypeField(point, inSubDivision), PointNumberText(point.PtRef),
           PointNumberText(point.PtTarget), point.InXA, point.InYL, point.InGPSLong, point.InGPSLat,
           FormatLength(survey_, point.X), FormatLength(survey_, point.Y),
           BearingText(point.Bearing)}) {

@@ -37,9 +37,6 @@ inline constexpr int kIncludeCount = 5;
 // reason follows on the next line.
 inline constexpr const char* kAbortedBadFile = "Aborted - Bad File";
 
-// A point's type code and flag letters as the listing shows them: "X", "XL", "GA", "BIs".
-std::string PointTypeText(const Point& point);
-
 // The settings labels above the listing, caption and value.
 struct SettingLabel {
   std::string caption;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "model/Survey.h"
+#include "model/TypeLetters.h"
 
 namespace plotmeter::testing {
 
@@ -30,45 +31,8 @@ inline Survey Entered(std::string_view lines, int unit = kUnitMeters) {
     }
     Point point;
     point.PtNumber = std::stoi(fields[0]);
-    for (char letter : fields[1]) {
-      switch (letter) {
-        case 'D':
-          point.PtMarks |= kMarkDummy;
-          [[fallthrough]];
-        case 'X':
-          point.PtFlags |= kPtXY;
-          break;
-        case 'C':
-          point.PtMarks |= kMarkCompass;
-          [[fallthrough]];
-        case 'B':
-          point.PtFlags |= kPtBearing;
-          break;
-        case 'G':
-          point.PtFlags |= kPtGps;
-          break;
-        case 'A':
-          point.PtFlags |= kPtGps | kPtAltGps;
-          break;
-        case 'L':
-          point.PtFlags |= kPtGps | kPtLink;
-          break;
-        case 'I':
-          point.PtFlags |= kPtIntermediate;
-          break;
-        case 'R':
-        case 'F':
-          point.PtFlags |= kPtReference;
-          break;
-        case 'J':
-          point.PtFlags |= kPtJoin;
-          survey.JoinPointCount++;
-          break;
-        case 's':
-          point.PtMarks |= kMarkShared;
-          break;
-      }
-    }
+    ApplyTypeLetters(fields[1], point);
+    if (point.PtFlags & kPtJoin) survey.JoinPointCount++;
     point.PtRef = fields[2].empty() ? 0 : std::stoi(fields[2]);
     point.PtTarget = fields[3].empty() ? 0 : std::stoi(fields[3]);
     point.InXA = fields[4];
