@@ -5,6 +5,7 @@
 #include <string>
 
 #include "datafile/DataFileReader.h"
+#include "datafile/LoadCheck.h"
 #include "datafile/SurveyComparison.h"
 #include "geometry/ResolveSurveyBuilder.h"
 #include "support/ScriptedDialogs.h"

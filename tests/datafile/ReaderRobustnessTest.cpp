@@ -6,6 +6,7 @@
 #include <string>
 
 #include "datafile/DataFileReader.h"
+#include "datafile/LoadCheck.h"
 #include "datafile/SurveyComparison.h"
 #include "support/Latin1.h"
 #include "support/ScriptedDialogs.h"

@@ -11,6 +11,7 @@
 
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
+#include "datafile/LoadCheck.h"
 #include "datafile/SurveyComparison.h"
 #include "geometry/ResolvePoints.h"
 #include "support/ScriptedDialogs.h"

@@ -6,6 +6,7 @@
 
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
+#include "datafile/LoadCheck.h"
 #include "geometry/Area.h"
 #include "geometry/ResolvePoints.h"
 #include "geometry/ResolveSurveyBuilder.h"
