@@ -138,6 +138,7 @@ class DataFileComposer {
   }
 
  private:
+  ValueSettings Values() const { return ValueSettingsOf(survey_); }
   bool PlainLayout() const { return survey_.WriterOptions & kWritePlainLayout; }
   bool NoHeadings() const { return survey_.WriterOptions & kWriteNoHeadings; }
   bool Magnetic() const { return survey_.MagneticDeclination != 0; }
@@ -230,7 +231,7 @@ class DataFileComposer {
   }
 
   std::string BearingText(float bearing) const {
-    return FormatBearing(survey_, bearingStyle_, bearing);
+    return FormatBearing(Values(), bearingStyle_, bearing);
   }
 
   void WriteDataLine(const Point& point, bool inSubDivision) {
@@ -238,20 +239,20 @@ class DataFileComposer {
     for (const std::string& field :
          {PointTypeField(point, inSubDivision), PointNumberText(point.PtRef),
           PointNumberText(point.PtTarget), point.InXA, point.InYL, point.InGPSLong, point.InGPSLat,
-          FormatLength(survey_, point.X), FormatLength(survey_, point.Y),
+          FormatLength(Values(), point.X), FormatLength(Values(), point.Y),
           BearingText(point.Bearing)}) {
       line += separator_;
       line += field;
     }
     if (Magnetic()) AddField(line, BearingText(point.Bearing + survey_.MagneticDeclination));
-    AddField(line, FormatLength(survey_, point.Len));
-    AddField(line, surveyHasGps_ ? FormatGpsAngle(survey_, longitudeStyle_, point.GPSLong) : "");
-    AddField(line, surveyHasGps_ ? FormatGpsAngle(survey_, latitudeStyle_, point.GPSLat) : "");
+    AddField(line, FormatLength(Values(), point.Len));
+    AddField(line, surveyHasGps_ ? FormatGpsAngle(Values(), longitudeStyle_, point.GPSLong) : "");
+    AddField(line, surveyHasGps_ ? FormatGpsAngle(Values(), latitudeStyle_, point.GPSLat) : "");
     bool alternate = point.HasAlternate;
-    AddField(line, alternate ? FormatGpsAngle(survey_, longitudeStyle_, point.AltGPSLong) : "");
-    AddField(line, alternate ? FormatGpsAngle(survey_, latitudeStyle_, point.AltGPSLat) : "");
+    AddField(line, alternate ? FormatGpsAngle(Values(), longitudeStyle_, point.AltGPSLong) : "");
+    AddField(line, alternate ? FormatGpsAngle(Values(), latitudeStyle_, point.AltGPSLat) : "");
     line += separator_;
-    if (alternate) line += FormatLength(survey_, static_cast<float>(point.AltGPSDelta));
+    if (alternate) line += FormatLength(Values(), static_cast<float>(point.AltGPSDelta));
     WriteLine(line);
   }
 
@@ -261,7 +262,7 @@ class DataFileComposer {
     line += BearingText(dataset.ClosingBearing);
     if (Magnetic())
       AddField(line, BearingText(dataset.ClosingBearing + survey_.MagneticDeclination));
-    AddField(line, FormatLength(survey_, dataset.ClosingLen));
+    AddField(line, FormatLength(Values(), dataset.ClosingLen));
     WriteLine(line);
   }
 

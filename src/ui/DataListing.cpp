@@ -225,21 +225,18 @@ bool HasGpsInput(const Survey& survey) {
 }
 
 // Formatting as on screen: plain decimal numbers, whatever a write left behind.
-Survey ScreenFormatting(const Survey& survey) {
-  Survey settings;
-  settings.FieldSeparator = survey.FieldSeparator;
-  settings.SubValueSeparator = survey.SubValueSeparator;
-  settings.UnitOfMeasure = survey.UnitOfMeasure;
-  settings.MagneticDeclination = survey.MagneticDeclination;
-  settings.DegreeChar = survey.DegreeChar;
-  settings.WriterOptions = survey.WriterOptions & ~kWriteInProgress;
-  return settings;
+ValueSettings ScreenFormatting(const Survey& survey) {
+  ValueSettings values = ValueSettingsOf(survey);
+  values.writerOptions &= static_cast<std::uint8_t>(~kWriteInProgress);
+  return values;
 }
 
 class ProcessedRows {
  public:
   ProcessedRows(const Survey& survey, const Layout& layout)
-      : format_(ScreenFormatting(survey)), gpsComputed_(HasGpsInput(survey)) {
+      : format_(ScreenFormatting(survey)),
+        declination_(survey.MagneticDeclination),
+        gpsComputed_(HasGpsInput(survey)) {
     for (const Group& group : layout.groups) {
       for (Column column : group.columns) shown_[column] = true;
     }
@@ -273,13 +270,14 @@ class ProcessedRows {
 
   std::string Bearing(float bearing) const { return FormatBearing(format_, 0, bearing); }
   std::string MagneticBearing(float bearing) const {
-    float magnetic = bearing + format_.MagneticDeclination;
+    float magnetic = bearing + declination_;
     return FormatBearing(format_, 0, magnetic);
   }
   std::string Length(float length) const { return FormatLength(format_, length); }
 
  private:
-  Survey format_;
+  ValueSettings format_;
+  float declination_;
   bool gpsComputed_;
   std::array<bool, kColumnCount> shown_{};
 };
