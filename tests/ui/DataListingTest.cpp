@@ -477,39 +477,6 @@ TEST_F(DataListingProcessedTest, GpsColumnsStayBlankWithoutGpsData) {
   EXPECT_EQ(lines[1], "  1 X           |" + Cell("", 15) + Cell("", 15));
 }
 
-struct TypeCase {
-  std::uint8_t flags;
-  std::uint8_t marks;
-  std::string type;
-};
-
-class DataListingTypeTest : public ::testing::TestWithParam<TypeCase> {};
-
-TEST_P(DataListingTypeTest, TypeLetterAndFlagsFollowThePointBits) {
-  Survey survey = Block();
-  survey.Points[1].PtFlags = GetParam().flags;
-  survey.Points[1].PtMarks = GetParam().marks;
-  DataListLogic list;
-  list.ProcdCkB = true;
-  list.ShowColumns = 0;
-  list.Refresh(survey);
-  std::string type = " " + GetParam().type;
-  type.resize(std::max<std::size_t>(type.size() + 1, 5), ' ');
-  EXPECT_EQ(list.DataLst()[2], "  2" + type + "       ");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Points, DataListingTypeTest,
-    ::testing::Values(TypeCase{kPtXY, 0, "X"}, TypeCase{kPtBearing, 0, "B"},
-                      TypeCase{kPtBearing, kMarkCompass, "C"}, TypeCase{kPtReference, 0, "R"},
-                      TypeCase{kPtGps, 0, "G"}, TypeCase{kPtXY, kMarkDummy, "D"},
-                      TypeCase{kPtXY | kPtGps | kPtAltGps, 0, "XA"},
-                      TypeCase{kPtXY | kPtGps | kPtAltGps | kPtLink, 0, "XL"},
-                      TypeCase{kPtBearing | kPtIntermediate, kMarkShared, "BIs"},
-                      TypeCase{kPtBearing | kPtReference, kMarkCompass, "CF"},
-                      TypeCase{kPtBearing | kPtIntermediate | kPtJoin | kPtReference, kMarkShared,
-                               "BIsJF"}));
-
 TEST_F(DataListingProcessedTest, ReferenceAndTargetNumbersAreRightAligned) {
   survey_.Points[2].PtRef = 2;
   survey_.Points[2].PtTarget = 104;
