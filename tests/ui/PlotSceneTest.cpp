@@ -40,13 +40,6 @@ std::vector<int> LineEnds(const PlotScene& scene) {
   return ends;
 }
 
-TEST(PlotSceneTest, KindMaskFromTheMode) {
-  EXPECT_EQ(KindMask(0), kDatasetMain);
-  EXPECT_EQ(KindMask(kShowPoints), kDatasetMain | kDatasetPoints);
-  EXPECT_EQ(KindMask(15), kDatasetKindMask);
-  EXPECT_EQ(KindMask(kModeBadPerimeter), kDatasetMain | kDatasetSubDivision | kDatasetLine);
-}
-
 TEST(PlotSceneTest, WidePlotIsScaledByItsWidthAndCentredVertically) {
   Survey survey = PerimeterSurvey({{0, 0}, {100, 0}, {100, 10}, {0, 10}});
   PlotScene scene = Draw(survey);

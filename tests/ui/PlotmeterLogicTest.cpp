@@ -382,21 +382,6 @@ TEST_F(EditButtonTest, SaveRefusesAFileThatWouldNotLoadAgain) {
   EXPECT_TRUE(logic_.edit().Unsaved());
 }
 
-TEST_F(EditButtonTest, ModifyShowsTheDialogOnTheSelectedPoint) {
-  ASSERT_TRUE(Load(kSquare).Succeeded());
-  Select(2);
-  std::string header;
-  logic_.ClickEditButton(kModifyButton, dialogs_, [&](DataInputLogic& dialog) {
-    header = dialog.Control("PointValHdrLbl").text + " " + dialog.Control("PointValLbl").text;
-    dialog.TypeDataTxt(0, "200");
-    dialog.ClickApply();
-  });
-  EXPECT_EQ(header, "Modify Point: 3");
-  EXPECT_EQ(Area(), "1.5");
-  EXPECT_TRUE(Enabled(kUndoButton));
-  EXPECT_FALSE(Enabled(kModifyButton));
-}
-
 TEST(TagLabelTest, SideFollowsTheRoomLeftInTheArea) {
   PlotScene scene;
   const float edge = scene.width - 36 - 2020;  // the last X that keeps the tag on the right
