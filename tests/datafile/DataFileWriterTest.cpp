@@ -311,20 +311,6 @@ TEST_F(SavedFileTest, WritesTheFileAndNothingElse) {
   EXPECT_EQ(folder_.FileCount(), 1);
 }
 
-TEST_F(SavedFileTest, ReplacesTheOldFileKeepingItsPermissions) {
-  std::string path = folder_.Path("lot.csv");
-  Put(path, "old text");
-  ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
-  Survey survey = Triangle();
-  ScriptedDialogs dialogs;
-  ASSERT_TRUE(WriteDataFile(survey, path, dialogs));
-  EXPECT_EQ(Contents(path), Written(survey));
-  struct stat info;
-  ASSERT_EQ(::stat(path.c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 0777, 0640u);
-  EXPECT_EQ(folder_.FileCount(), 1);
-}
-
 TEST_F(SavedFileTest, EachFailureKeepsItsTextAndGivesTheSystemsReasonBeside) {
   fs::create_directory(folder_.Path("taken.csv"));
   Put(folder_.Path("taken.csv/inside.txt"), "kept");
