@@ -6,9 +6,9 @@
 
 #include "datafile/DataFileReader.h"
 #include "datafile/LoadCheck.h"
-#include "datafile/SurveyComparison.h"
-#include "geometry/ResolveSurveyBuilder.h"
+#include "support/EnteredSurvey.h"
 #include "support/ScriptedDialogs.h"
+#include "support/SurveyComparison.h"
 
 namespace plotmeter {
 namespace {

@@ -12,9 +12,9 @@
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
 #include "datafile/LoadCheck.h"
-#include "datafile/SurveyComparison.h"
 #include "geometry/ResolvePoints.h"
 #include "support/ScriptedDialogs.h"
+#include "support/SurveyComparison.h"
 
 namespace plotmeter {
 namespace {

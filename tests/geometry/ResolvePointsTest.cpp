@@ -3,10 +3,7 @@
 #include <cmath>
 #include <string>
 
-#include "geometry/ProcessingState.h"
-#include "geometry/ResolvePoints.h"
-#include "geometry/ResolveSurveyBuilder.h"
-#include "support/ScriptedDialogs.h"
+#include "support/EnteredSurvey.h"
 
 namespace plotmeter {
 namespace {
@@ -14,13 +11,7 @@ namespace {
 using testing::Entered;
 using testing::ScriptedDialogs;
 
-class ResolvePointsTest : public ::testing::Test {
- protected:
-  bool Resolve(Survey& survey) { return ResolvePoints(survey, state, kFirstPass, dialogs); }
-
-  ProcessingState state;
-  ScriptedDialogs dialogs;
-};
+using ResolvePointsTest = testing::ResolveFixture;
 
 TEST_F(ResolvePointsTest, TenAlongTheBearingFromTheOrigin) {
   const struct {

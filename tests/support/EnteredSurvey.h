@@ -4,13 +4,18 @@
 // and nothing resolved, so a test can hand resolution what the reader would refuse.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "geometry/ProcessingState.h"
+#include "geometry/ResolvePoints.h"
 #include "model/Survey.h"
 #include "model/TypeLetters.h"
+#include "support/ScriptedDialogs.h"
 
 namespace plotmeter::testing {
 
@@ -43,5 +48,19 @@ inline Survey Entered(std::string_view lines, int unit = kUnitMeters) {
   }
   return survey;
 }
+
+// Resolves surveys on a first pass, keeping the state and the boxes shown.
+class ResolveFixture : public ::testing::Test {
+ protected:
+  bool Resolve(Survey& survey) { return ResolvePoints(survey, state, kFirstPass, dialogs); }
+
+  void ExpectAt(const Survey& survey, int i, float x, float y) {
+    EXPECT_NEAR(survey.Points[i].X, x, 1e-4) << "point " << i;
+    EXPECT_NEAR(survey.Points[i].Y, y, 1e-4) << "point " << i;
+  }
+
+  ProcessingState state;
+  ScriptedDialogs dialogs;
+};
 
 }  // namespace plotmeter::testing
