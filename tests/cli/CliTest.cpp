@@ -198,19 +198,16 @@ TEST_F(CliTest, ListShowsTheSettingsHeadingAndLinesInUtf8) {
   EXPECT_EQ(OutLines(), expected);
 }
 
+// The options reach the listing; what each box does is DataListingTest's.
 TEST_F(CliTest, ListOfTheProcessedSurveyWithChosenGroupsAndSets) {
   const std::string file = File("divided.csv", kDivided);
   EXPECT_EQ(Run({"list", file, "--processed", "--show", "none", "--include", "sub"}), 0);
   std::vector<std::string> lines = OutLines();
   ASSERT_EQ(lines.size(), 8u);
-  EXPECT_EQ(std::vector<std::string>(lines.begin() + 3, lines.end()),
-            (std::vector<std::string>{
-                "Pt# Typ Ref Tgt", "[S] Dataset as Sub-division (or Extension)", "  5 R     1    ",
-                "  6 X          ", " -Closing Line: |   23.19859  76.15773"}));
-
+  EXPECT_EQ(lines[3], "Pt# Typ Ref Tgt");
+  EXPECT_EQ(lines[4], "[S] Dataset as Sub-division (or Extension)");
   EXPECT_EQ(Run({"list", file, "--processed", "--show", "xy,bearing", "--include", "main"}), 0);
   EXPECT_EQ(OutLines()[3], "Pt# Typ Ref Tgt | X         Y         | Bearing    Length   ");
-  EXPECT_EQ(OutLines()[6], "  2 X           |     100.0       0.0 |       90.0     100.0");
 }
 
 TEST_F(CliTest, SaveWritesWithTheWriterOptionsOrFails) {

@@ -123,10 +123,9 @@ TEST(ReaderRobustnessTest, ForgivingFormsReadAsThePlainFile) {
   ASSERT_TRUE(plain.good);
   const std::string padded = Replaced(kSmallFile, "\n", ",,,,,,,,,,,\n");
   const std::string loose = Replaced(kSmallFile, "H,L,Driveway", " h , l , Driveway ");
+  // Line endings and UTF-8 are FileTextTest's; one form of each here, through the reader.
   const std::string forms[] = {
-      Replaced(kSmallFile, "\n", "\r\n"),
-      Replaced(kSmallFile, "\n", "\r"),
-      "\xEF\xBB\xBF" + Replaced(kSmallFile, "\xB0", "\xC2\xB0"),
+      "\xEF\xBB\xBF" + Replaced(Replaced(kSmallFile, "\xB0", "\xC2\xB0"), "\n", "\r\n"),
       Replaced(padded, "H,L,Driveway", ",,,,\nH,L,Driveway"),
       Replaced(Replaced(loose, "3,C,,,14d45m", " 3 , c ,  , , 14d45m "), "4,CJ,", "4,jc,"),
   };

@@ -156,8 +156,6 @@ INSTANTIATE_TEST_SUITE_P(
             "overwriteNo", "old.csv", true, Button::No, "survey.csv", {"File action"}, false},
         FileCommandCase{
             "overwriteYes", "old.csv", true, Button::Yes, "old.csv", {"File action"}, true},
-        FileCommandCase{
-            "noStem", ".csv", false, Button::No, "< No File >", {"Data Function"}, false},
         FileCommandCase{"noFolder",
                         "gone/new.csv",
                         false,
