@@ -50,16 +50,4 @@ std::string PointTypeField(const Point& point, bool dummyAllowed) {
   return TypeLetterOf(point, dummyAllowed) + FlagLettersOf(flags, point.PtMarks);
 }
 
-void ApplyTypeLetters(std::string_view field, Point& point) {
-  for (char letter : field) {
-    if (const TypeLetter* type = FindTypeLetter(letter)) {
-      point.PtFlags |= type->flags;
-      point.PtMarks |= type->marks;
-    } else if (const FlagLetter* flag = FindFlagLetter(letter)) {
-      point.PtFlags |= flag->bit | flag->implies;
-      point.PtMarks |= flag->mark;
-    }
-  }
-}
-
 }  // namespace plotmeter

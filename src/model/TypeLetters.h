@@ -5,7 +5,6 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "model/Survey.h"
 
@@ -53,9 +52,5 @@ std::string FlagLettersOf(std::uint8_t flagBits, std::uint8_t marks);
 // A point's type field as the file writes it: the type letter by the first rule that
 // matches, then its flags. "D" only where the dummy start is allowed.
 std::string PointTypeField(const Point& point, bool dummyAllowed = true);
-
-// Sets a point's flags and marks from a type field's letters, as written (for building
-// surveys by hand); letters of neither table are passed over.
-void ApplyTypeLetters(std::string_view field, Point& point);
 
 }  // namespace plotmeter

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "model/TypeLetters.h"
+#include "support/EnteredSurvey.h"
 
 namespace plotmeter {
 namespace {
@@ -18,7 +19,7 @@ TEST_P(TypeFieldTest, LetterThenFlagsInOrderAndBack) {
   Point point{.PtFlags = GetParam().flags, .PtMarks = GetParam().marks};
   EXPECT_EQ(PointTypeField(point), GetParam().field);
   Point read;
-  ApplyTypeLetters(GetParam().field, read);
+  testing::ApplyTypeLetters(GetParam().field, read);
   // Beside "L" the written field leaves "A" out: the link carries the GPS values.
   const auto kept = static_cast<std::uint8_t>((point.PtFlags & kPtLink) ? ~kPtAltGps : 0xFF);
   EXPECT_EQ(read.PtFlags & kept, point.PtFlags & kept) << GetParam().field;

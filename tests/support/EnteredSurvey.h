@@ -19,6 +19,19 @@
 
 namespace plotmeter::testing {
 
+// Sets a point's flags and marks from its type field's letters, as written.
+inline void ApplyTypeLetters(std::string_view field, Point& point) {
+  for (char letter : field) {
+    if (const TypeLetter* type = FindTypeLetter(letter)) {
+      point.PtFlags |= type->flags;
+      point.PtMarks |= type->marks;
+    } else if (const FlagLetter* flag = FindFlagLetter(letter)) {
+      point.PtFlags |= flag->bit | flag->implies;
+      point.PtMarks |= flag->mark;
+    }
+  }
+}
+
 inline Survey Entered(std::string_view lines, int unit = kUnitMeters) {
   Survey survey;
   survey.UnitOfMeasure = unit;
