@@ -10,6 +10,7 @@
 
 #include "BenchSurveys.h"
 #include "datafile/DataFileReader.h"
+#include "datafile/LoadCheck.h"
 #include "geometry/ProcessingState.h"
 #include "geometry/ResolvePoints.h"
 #include "model/Survey.h"

@@ -1,3 +1,4 @@
+#include <functional>
 #include <nlohmann/json.hpp>
 
 #include "cli/Commands.h"
@@ -62,28 +63,28 @@ std::string AreaJson(const PlotmeterLogic& logic, const std::string& file) {
   return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
+int AreaOfFile(const AreaOptions& options, const std::string& file, FileOutput& output,
+               CliDialogs& dialogs) {
+  PlotmeterLogic logic;
+  const LoadOutcome outcome = logic.Load(file, dialogs);
+  // A refused file, or a failure box, leaves nothing to show.
+  if (!outcome.loaded || outcome.processing.failed()) return kStatusFailed;
+  if (options.unit != logic.display().AreaUnitCmb.index) logic.SetAreaUnit(options.unit);
+  if (options.segment != logic.display().AreaSgmtCmb.index) logic.SetSegment(options.segment);
+  if (options.json) {
+    const bool batch = options.files.size() > 1;
+    output.UnheadedLine(AreaJson(logic, batch ? file : std::string()));
+  } else {
+    output.Line(AreaLine(logic));
+  }
+  return outcome.Succeeded() ? kStatusOk : kStatusFailed;
+}
+
 }  // namespace
 
 int RunArea(const AreaOptions& options, std::ostream& out, std::ostream& err) {
-  const bool batch = options.files.size() > 1;
   return RunBatch(options.files, options.yes, out, err,
-                  [&](const std::string& file, FileOutput& output, CliDialogs& dialogs) {
-                    PlotmeterLogic logic;
-                    const LoadOutcome outcome = logic.Load(file, dialogs);
-                    // A refused file, or a failure box, leaves nothing to show.
-                    if (!outcome.loaded || outcome.processing.failed()) return kStatusFailed;
-                    if (options.unit != logic.display().AreaUnitCmb.index)
-                      logic.SetAreaUnit(options.unit);
-                    if (options.segment != logic.display().AreaSgmtCmb.index) {
-                      logic.SetSegment(options.segment);
-                    }
-                    if (options.json) {
-                      output.UnheadedLine(AreaJson(logic, batch ? file : std::string()));
-                    } else {
-                      output.Line(AreaLine(logic));
-                    }
-                    return outcome.Succeeded() ? kStatusOk : kStatusFailed;
-                  });
+                  std::bind_front(AreaOfFile, std::cref(options)));
 }
 
 }  // namespace plotmeter

@@ -92,7 +92,7 @@ struct Parsed {
   bool yes = false;
   CheckOptions check;
   AreaOptions area;
-  std::string unit = "Hectares";
+  std::string unit{AreaUnitName(kDefaultAreaUnit)};
   ListOptions list;
   std::vector<std::string> show{"input"};
   std::vector<std::string> include = Names(kIncludeSets);

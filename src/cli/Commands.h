@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "model/Survey.h"
+#include "ui/DataListing.h"
+#include "ui/MainDisplay.h"
+
 namespace plotmeter {
 
 // Exit statuses.
@@ -22,7 +26,7 @@ struct CheckOptions {
 
 struct AreaOptions {
   std::vector<std::string> files;
-  int unit = 1;  // an index in the area unit list, "Hectares" unless chosen
+  int unit = kDefaultAreaUnit;  // an index in the area unit list
   int segment = 0;
   bool json = false;
   bool yes = false;
@@ -31,8 +35,8 @@ struct AreaOptions {
 struct ListOptions {
   std::string file;
   bool processed = false;
-  std::uint8_t showColumns = 0x01;  // "Input Data", as the window opens
-  std::uint8_t includeSets = 0x1F;  // bit i ticks `IncludeCkB` box i
+  std::uint8_t showColumns = kShowInput;   // as the window opens
+  std::uint8_t includeSets = kIncludeAll;  // bit i ticks `IncludeCkB` box i
   bool yes = false;
   bool terminal = false;  // standard output is a terminal: control bytes are shown harmlessly
 };
@@ -40,7 +44,7 @@ struct ListOptions {
 struct SaveOptions {
   std::string file;
   std::string out;
-  int writerOptions = 10;
+  int writerOptions = kWriterOptionsDefault;
   bool yes = false;
 };
 

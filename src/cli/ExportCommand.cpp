@@ -1,3 +1,4 @@
+#include <functional>
 #include <utility>
 
 #include "cli/Commands.h"
@@ -35,26 +36,28 @@ bool WriteDocument(const std::string& path, const std::string& text, UserDialogs
   return false;
 }
 
+// Loads one file and keeps what its export needs.
+int CollectFile(const ExportOptions& options, std::vector<ExportedSurvey>& surveys,
+                const std::string& file, FileOutput&, CliDialogs& dialogs) {
+  PlotmeterLogic logic;
+  if (!logic.Load(file, dialogs).Succeeded()) return kStatusFailed;
+  ExportedSurvey survey =
+      CollectExport(logic.survey(), logic.state(), logic.display().AreaUnitCmb.index);
+  if (NeedsGps(options.format) && !survey.tiedToGps) {
+    ShowNotTiedToGps(dialogs);
+    return kStatusFailed;
+  }
+  if (options.files.size() > 1) survey.file = file;
+  surveys.push_back(std::move(survey));
+  return kStatusOk;
+}
+
 }  // namespace
 
 int RunExport(const ExportOptions& options, std::ostream& out, std::ostream& err) {
-  const bool batch = options.files.size() > 1;
   std::vector<ExportedSurvey> surveys;
   const int status = RunBatch(options.files, options.yes, out, err,
-                              [&](const std::string& file, FileOutput&, CliDialogs& dialogs) {
-                                PlotmeterLogic logic;
-                                if (!logic.Load(file, dialogs).Succeeded()) return kStatusFailed;
-                                ExportedSurvey survey =
-                                    CollectExport(logic.survey(), logic.state(),
-                                                  logic.display().AreaUnitCmb.index);
-                                if (NeedsGps(options.format) && !survey.tiedToGps) {
-                                  ShowNotTiedToGps(dialogs);
-                                  return kStatusFailed;
-                                }
-                                if (batch) survey.file = file;
-                                surveys.push_back(std::move(survey));
-                                return kStatusOk;
-                              });
+                              std::bind_front(CollectFile, std::cref(options), std::ref(surveys)));
   // Nothing to export leaves OUT untouched.
   if (surveys.empty()) return status;
   const std::string text = ExportText(options.format, surveys);

@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "cli/Commands.h"
 #include "cli/FileBatch.h"
 #include "datafile/DataFileReader.h"
@@ -26,33 +28,36 @@ class PrintedListing : public ListingOutput {
   FileOutput& output_;
 };
 
+// Read once: the load and the listing both work from the text, so that a pipe or a FIFO
+// is listed as well as a file.
+int ListFile(const ListOptions& options, const std::string& path, FileOutput& output,
+             CliDialogs& dialogs) {
+  output.ShowControlsHarmlessly(options.terminal);
+  std::string text;
+  const ReadResult read = ReadDataFileText(path, text);
+  PlotmeterLogic logic;
+  const LoadOutcome outcome = logic.LoadText(path, read, text, dialogs);
+  // A file that could not be read, or held no header, has nothing to list; its box has
+  // said why. As in the window, the listing from the file still shows any other refused
+  // file, with the reason it is bad.
+  if (outcome.readFault != kReadCannotOpen) {
+    DataListLogic list;
+    list.ProcdCkB = options.processed;
+    list.ShowColumns = options.showColumns;
+    for (int box = 0; box < kIncludeCount; ++box) {
+      list.IncludeCkB[box] = (options.includeSets >> box) & 1;
+    }
+    PrintedListing printed(output);
+    list.Write(logic.survey(), text, printed);
+  }
+  return outcome.Succeeded() ? kStatusOk : kStatusFailed;
+}
+
 }  // namespace
 
 int RunList(const ListOptions& options, std::ostream& out, std::ostream& err) {
   return RunBatch({options.file}, options.yes, out, err,
-                  [&](const std::string& path, FileOutput& output, CliDialogs& dialogs) {
-                    output.ShowControlsHarmlessly(options.terminal);
-                    // Read once: the load and the listing both work from the text, so that
-                    // a pipe or a FIFO is listed as well as a file.
-                    std::string text;
-                    const ReadResult read = ReadDataFileText(path, text);
-                    PlotmeterLogic logic;
-                    const LoadOutcome outcome = logic.LoadText(path, read, text, dialogs);
-                    // A file that could not be read, or held no header, has nothing to list;
-                    // its box has said why. As in the window, the listing from the file still
-                    // shows any other refused file, with the reason it is bad.
-                    if (outcome.readFault != 1) {
-                      DataListLogic list;
-                      list.ProcdCkB = options.processed;
-                      list.ShowColumns = options.showColumns;
-                      for (int box = 0; box < kIncludeCount; ++box) {
-                        list.IncludeCkB[box] = (options.includeSets >> box) & 1;
-                      }
-                      PrintedListing printed(output);
-                      list.Write(logic.survey(), text, printed);
-                    }
-                    return outcome.Succeeded() ? kStatusOk : kStatusFailed;
-                  });
+                  std::bind_front(ListFile, std::cref(options)));
 }
 
 }  // namespace plotmeter

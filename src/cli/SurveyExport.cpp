@@ -7,6 +7,7 @@
 #include "geometry/Area.h"
 #include "geometry/GpsLink.h"
 #include "geometry/PartOutlines.h"
+#include "model/TypeLetters.h"
 #include "ui/DataListing.h"
 
 namespace plotmeter {
@@ -54,7 +55,7 @@ class ExportCollector {
       const Point& point = survey_.Points[i];
       ExportPoint& row = exported.points.emplace_back();
       row.number = point.PtNumber;
-      row.type = PointTypeText(point);
+      row.type = PointTypeField(point);
       row.dataset = d + 1;
       row.datasetType = DatasetLetter(set.DatasetType);
       row.datasetTag = Utf8FromLatin1(set.DatasetTag);

@@ -14,6 +14,7 @@
 #include "datafile/FileText.h"
 #include "datafile/InputText.h"
 #include "datafile/PointTableChecks.h"
+#include "model/TypeLetters.h"
 
 namespace plotmeter {
 
@@ -29,7 +30,7 @@ ReadResult CannotRead(const std::string& path, int error) {
   std::string detail = path;
   if (!detail.empty()) detail += ": ";
   detail += std::generic_category().message(error);
-  return ReadResult{.fault = 1, .point = -1, .detail = std::move(detail)};
+  return ReadResult{.fault = kReadCannotOpen, .point = -1, .detail = std::move(detail)};
 }
 
 // The writer's own lines at the top: "//" with nothing but separators (the default
@@ -53,35 +54,16 @@ bool ReadPointReference(std::string_view field, int& number) {
   return true;
 }
 
+// "L" implies GPS values, so "A" beside it says nothing more; the writer leaves it out.
 void SetPointType(const TypeField& type, Point& point) {
-  switch (type.type) {
-    case 'X':
-      point.PtFlags = kPtXY;
-      break;
-    case 'D':
-      point.PtFlags = kPtXY;
-      point.PtMarks = kMarkDummy;
-      break;
-    case 'B':
-      point.PtFlags = kPtBearing;
-      break;
-    case 'C':
-      point.PtFlags = kPtBearing;
-      point.PtMarks = kMarkCompass;
-      break;
-    case 'G':
-      point.PtFlags = kPtGps;
-      break;
-    case 'R':
-      point.PtFlags = kPtReference;
-      break;
+  if (const TypeLetter* letter = FindTypeLetter(type.type)) {
+    point.PtFlags = letter->flags;
+    point.PtMarks = letter->marks;
   }
-  // "L" implies GPS values, so "A" beside it says nothing more; the writer leaves it out.
-  if (type.flagA && !type.flagL) point.PtFlags |= kPtGps | kPtAltGps;
-  if (type.flagI) point.PtFlags |= kPtIntermediate;
-  if (type.flagJ) point.PtFlags |= kPtJoin;
-  if (type.flagL) point.PtFlags |= kPtLink | kPtGps;
-  if (type.flagF) point.PtFlags |= kPtReference;
+  const std::uint8_t named = type.Has(kPtLink) ? type.flagBits & ~kPtAltGps : type.flagBits;
+  for (const FlagLetter& flag : kFlagLetters) {
+    if (named & flag.bit) point.PtFlags |= flag.bit | flag.implies;
+  }
 }
 
 class DataFileParser {
@@ -113,7 +95,7 @@ class DataFileParser {
     std::vector<std::string_view> top;
     if (int fault = lines_.ToHeader(header, &top); fault != 0) return fault;
     const char separator = HeaderSeparator(header);
-    if (separator == '\0') return 3;
+    if (separator == '\0') return kReadBadHeader;
     FileHeader fields;
     if (int fault = ReadHeaderFields(header, separator, fields); fault != 0) return fault;
     survey_.FieldSeparator = separator;
@@ -150,7 +132,7 @@ class DataFileParser {
       int fault = IsDatasetHeader(line, separator) ? StartDataset(line) : ReadDataLine(line);
       if (fault != 0) return fault;
     }
-    return CurrentDatasetIsEmpty() ? 8 : 0;
+    return CurrentDatasetIsEmpty() ? kReadBadDatasets : 0;
   }
 
   bool CurrentDatasetIsEmpty() const {
@@ -160,12 +142,13 @@ class DataFileParser {
 
   int StartDataset(std::string_view line) {
     point_ = -1;
-    if (CurrentDatasetIsEmpty()) return 8;
+    if (CurrentDatasetIsEmpty()) return kReadBadDatasets;
     const DatasetHeader header = ReadDatasetHeader(line, survey_.FieldSeparator);
-    if (header.type == 0) return 41;
-    if ((header.type & kDatasetMain) && survey_.FindDataset(kDatasetMain) >= 0) return 6;
+    if (header.type == 0) return kReadBadDatasetType;
+    if ((header.type & kDatasetMain) && survey_.FindDataset(kDatasetMain) >= 0)
+      return kReadSecondMain;
     if ((header.type & kDatasetSubDivision) && survey_.FindDataset(kDatasetSubDivision) >= 0) {
-      return 7;
+      return kReadSecondSubDivision;
     }
     survey_.Datasets.push_back(Dataset{.DatasetType = header.type,
                                        .DatasetStart = survey_.PointCount(),
@@ -175,16 +158,16 @@ class DataFileParser {
 
   int ReadDataLine(std::string_view line) {
     point_ = survey_.PointCount();
-    if (point_ >= kMaxReadPoints) return 4;
+    if (point_ >= kMaxReadPoints) return kReadBadData;
     std::array<std::string_view, 8> fields;
     SplitFields(line, survey_.FieldSeparator, fields);
 
     Point point;
     std::optional<int> number = ParseWholeNumber(TrimBlanks(fields[0]));
-    if (!number || *number < 1) return 4;
+    if (!number || *number < 1) return kReadBadData;
     point.PtNumber = *number;
-    if (!ReadPointReference(fields[2], point.PtRef)) return 4;
-    if (!ReadPointReference(fields[3], point.PtTarget)) return 4;
+    if (!ReadPointReference(fields[2], point.PtRef)) return kReadBadData;
+    if (!ReadPointReference(fields[3], point.PtTarget)) return kReadBadData;
 
     TypeField type = ReadTypeField(fields[1]);
     if (int fault = CheckTypeField(type, point); fault != 0) return fault;
@@ -194,8 +177,8 @@ class DataFileParser {
     point.InGPSLong = TrimBlanks(fields[6]);
     point.InGPSLat = TrimBlanks(fields[7]);
 
-    if (type.flagJ && ++survey_.JoinPointCount > kMaxJoinPoints) return 10;
-    if (type.flagL && ++linkCount_ > 1) return 9;
+    if (type.Has(kPtJoin) && ++survey_.JoinPointCount > kMaxJoinPoints) return kReadJoinCount;
+    if (type.Has(kPtLink) && ++linkCount_ > 1) return kReadSecondLink;
     if (type.type == 'D') survey_.Datasets.back().DatasetType |= kDatasetHasDummy;
     survey_.Points.push_back(std::move(point));
     return 0;
@@ -208,19 +191,21 @@ class DataFileParser {
     bool first = dataset.DatasetStart == point_;
     bool dummyStart = kind == kDatasetSubDivision && first;
 
-    if (type.typeLetters != 1) return 32;
-    if (type.type == 'D' && !dummyStart) return 32;
-    if (type.unknownLetter) return 27;
-    if (type.flagF && !type.IsBearing()) return 27;
-    if (type.type == 'R' && (type.flagA || type.flagI || type.flagL)) return 27;
-    if (type.type == 'D' && type.AnyFlag()) return 29;
-    if (type.flagI && type.flagL) return 17;
-    if (type.flagI && kind == kDatasetPoints) return 15;
-    if (type.flagI && first) return 23;
-    if (type.flagI && type.IsBearing() && point.PtRef == 0) return 26;
-    if (point.PtRef == point.PtNumber) return 13;
-    if ((type.type == 'R' || type.flagF) && point.PtRef == 0) return 13;
-    if (point.PtTarget == point.PtNumber) return 28;
+    if (type.typeLetters != 1) return kReadTypeLetters;
+    if (type.type == 'D' && !dummyStart) return kReadTypeLetters;
+    if (type.unknownLetter) return kReadBadFlag;
+    if (type.Has(kPtReference) && !type.IsBearing()) return kReadBadFlag;
+    if (type.type == 'R' && (type.Has(kPtAltGps) || type.Has(kPtIntermediate) || type.Has(kPtLink)))
+      return kReadBadFlag;
+    if (type.type == 'D' && type.AnyFlag()) return kReadFlaggedDummy;
+    if (type.Has(kPtIntermediate) && type.Has(kPtLink)) return kReadIntermediateLink;
+    if (type.Has(kPtIntermediate) && kind == kDatasetPoints) return kReadIntermediateOffLine;
+    if (type.Has(kPtIntermediate) && first) return kReadFirstPointUnplaced;
+    if (type.Has(kPtIntermediate) && type.IsBearing() && point.PtRef == 0)
+      return kReadIntermediateWithoutReference;
+    if (point.PtRef == point.PtNumber) return kReadBadReference;
+    if ((type.type == 'R' || type.Has(kPtReference)) && point.PtRef == 0) return kReadBadReference;
+    if (point.PtTarget == point.PtNumber) return kReadBadTarget;
     if (point.PtRef != 0) return CheckReferencePlace(type, kind, first);
     return 0;
   }
@@ -229,14 +214,14 @@ class DataFileParser {
     bool sharedStart = type.type == 'R' && first;
     switch (kind) {
       case kDatasetLine:
-        return type.type == 'R' && !first ? 21 : 0;
+        return type.type == 'R' && !first ? kReadLateSharedReference : 0;
       case kDatasetPoints:
-        return type.IsBearing() ? 0 : 19;
+        return type.IsBearing() ? 0 : kReadStandAloneReference;
       case kDatasetSubDivision:
-        if (type.type == 'R') return sharedStart ? 0 : 21;
-        return type.flagI && type.IsBearing() ? 0 : 18;
+        if (type.type == 'R') return sharedStart ? 0 : kReadLateSharedReference;
+        return type.Has(kPtIntermediate) && type.IsBearing() ? 0 : kReadSharedReference;
       default:  // main
-        return type.flagI && type.IsBearing() ? 0 : 18;
+        return type.Has(kPtIntermediate) && type.IsBearing() ? 0 : kReadSharedReference;
     }
   }
 
@@ -302,78 +287,78 @@ ReadResult ReadDataFile(Survey& survey, const std::string& path) {
 
 std::string ReadFaultMessage(int code, int reference) {
   switch (code) {
-    case 1:
+    case kReadCannotOpen:
       return "Cannot open file - check is not being used by another program.";
-    case 2:
+    case kReadNotThisProgram:
       return "File selected is not for this program.";
-    case 3:
+    case kReadBadHeader:
       return "File selected has Invalid Header.";
-    case 4:
+    case kReadBadData:
       return "File selected has Invalid Data.";
-    case 5:
+    case kReadNoMain:
       return "File must have a 'Main' Dataset.";
-    case 6:
+    case kReadSecondMain:
       return "File has two 'Main' Datasets present, only one allowed";
-    case 7:
+    case kReadSecondSubDivision:
       return "File has two 'Sub-division' Datasets present, only one allowed.";
-    case 8:
+    case kReadBadDatasets:
       return "File has invalid Datasets.";
-    case 9:
+    case kReadSecondLink:
       return "File has multiple nominated GPS links, only one allowed.";
-    case 10:
+    case kReadJoinCount:
       return "File may only have 0 or 2 sub-division join points specified.";
-    case 11:
+    case kReadSubDivisionWithoutJoins:
       return "Sub-division dataset specified without sub-division join points.";
-    case 12:
+    case kReadNotProcessed:
       return "Data could not be processed, check and";
-    case 13:
+    case kReadBadReference:
       return "Invalid Line Point Reference specified.";
-    case 14:
+    case kReadMissingReference:
       return "Non-existent Point Reference [" + std::to_string(reference) + "].";
-    case 15:
+    case kReadIntermediateOffLine:
       return "Interim Point specified for non-line data, please change";
-    case 16:
+    case kReadDuplicateNumber:
       return "Duplicate Point Reference specified.";
-    case 17:
+    case kReadIntermediateLink:
       return "A GPS Link Point may not be an Intermediate Point.";
-    case 18:
+    case kReadSharedReference:
       return "References to Shared Points applies only to Lines, Points and bearings to "
              "Intermediates.";
-    case 19:
+    case kReadStandAloneReference:
       return "Stand Alone Point reference only applies if a Bearing value used, delete "
              "reference.";
-    case 20:
+    case kReadCircularReference:
       return "Cannot resolve data sequence for point reference, check for circular "
              "references.";
-    case 21:
+    case kReadLateSharedReference:
       return "Reference to a Shared Point only valid for first point of a Line dataset.";
-    case 22:
+    case kReadIntermediatePastEnd:
       return "Interim Point cannot be past the line's last point.";
-    case 23:
+    case kReadFirstPointUnplaced:
       return "First point of data set that requires X/Y co-ordinates.";
-    case 24:
+    case kReadLinkGpsOnly:
       return "GPS link point must have both non-GPS and GPS data.";
-    case 25:
+    case kReadGpsOnlyBeforeLink:
       return "'GPS Only' data precedes first available link point, cannot process.";
-    case 26:
+    case kReadIntermediateWithoutReference:
       return "Interim Point specified with bearing must have a reference to a point.";
-    case 27:
+    case kReadBadFlag:
       return "Invalid Flag item in data.";
-    case 28:
+    case kReadBadTarget:
       return "Invalid Point Target reference specified.";
-    case 29:
+    case kReadFlaggedDummy:
       return "Invalid Point flagged as Inactive.";
-    case 30:
+    case kReadNoDatasets:
       return "No 'data-sets' found in data.";
-    case 32:
+    case kReadTypeLetters:
       return "Data line with unknown type code.";
-    case 41:
+    case kReadBadDatasetType:
       return "File header with unknown type code.";
-    case 42:
+    case kReadBadUnit:
       return "File header with invalid Unit of Measure.";
-    case 43:
+    case kReadBadSubValueSeparator:
       return "File header with invalid Sub-value separator.";
-    case 44:
+    case kReadGpsWithoutUnit:
       return "File has GPS data without a Unit of Measure specified.";
     default:
       return "Unidentified data parsing error.";

@@ -1,10 +1,10 @@
 // Reading a data file into the survey, and the load check that follows it.
 //
-// The reader fills the survey from the file and stops at the first fault with its code;
-// `CheckLoadedData` then reports that fault, or makes the file-wide checks, asks the GPS
-// link questions and reports their fault. A fault always ends in one "File Read Abort"
-// box and an empty survey. The reader does not resolve points: co-ordinates, bearings
-// and lengths are left to processing, and the computed columns of the file are not read.
+// The reader fills the survey from the file and stops at the first fault with its code
+// (datafile/ReadFaults.h); `CheckLoadedData` (datafile/LoadCheck.h) then reports it. A fault always
+// ends in one "File Read Abort" box and an empty survey. The reader does not resolve points:
+// co-ordinates, bearings and lengths are left to processing, and the computed columns of the file
+// are not read.
 //
 // What the reader fills: `Points` in file order (as many as the file holds; the point
 // limit belongs to processing), `Datasets` with their type bits, first point and tag,
@@ -54,24 +54,14 @@
 //         non-perimeter dataset (it would lie past the line's end)
 //     20  references that go round in a circle: a point that needs itself, through its
 //         reference, target, or the shape points that its line is measured between
-//   The load check (`CheckLoadedData`), in this order:
-//     30  no dataset;  5  no main dataset;  10  one join point, or more than two
-//     23  a line or points dataset whose first point has neither co-ordinates, GPS
-//         values nor a reference
-//     44  GPS values or a link with unit code 0
-//     11  a sub-division without join points
-//     24  a GPS link point given by GPS alone in a file that also holds other points
-//     25  GPS-only points before the link point (or with none), when the user does not
-//         choose GPS-only processing or it is not possible (the main dataset must carry
-//         GPS values on every point for it)
 #pragma once
 
 #include <istream>
 #include <string>
 #include <string_view>
 
+#include "datafile/ReadFaults.h"
 #include "model/Survey.h"
-#include "model/UserDialogs.h"
 
 namespace plotmeter {
 
@@ -109,11 +99,6 @@ ReadResult ReadDataText(Survey& survey, std::string_view text);
 ReadResult ReadDataFile(Survey& survey, std::istream& in);
 // Sets `survey.CurrentFileName` to `path` and reads that file.
 ReadResult ReadDataFile(Survey& survey, const std::string& path);
-
-// True when the survey is good to process. Otherwise the fault has been shown in a
-// "File Read Abort" box (after a beep) and the survey cleared. Asks the GPS link
-// questions ("GPS Link issue") where the file needs a decision.
-bool CheckLoadedData(Survey& survey, const ReadResult& read, UserDialogs& dialogs);
 
 // The message of a fault code; "Unidentified data parsing error." for codes without
 // one. `reference` is the point number that message 14 names.

@@ -3,7 +3,9 @@
 #include <array>
 #include <optional>
 
+#include "datafile/ReadFaults.h"
 #include "model/Survey.h"
+#include "model/TypeLetters.h"
 
 namespace plotmeter {
 
@@ -36,20 +38,20 @@ int ReadHeaderFields(std::string_view header, char separator, FileHeader& result
   std::array<std::string_view, 6> fields;
   SplitFields(header, separator, fields);
   for (auto& field : fields) field = TrimBlanks(field);
-  if (fields[1] != kProgramIdentifier) return 2;
-  if (fields[2].empty()) return 3;
+  if (fields[1] != kProgramIdentifier) return kReadNotThisProgram;
+  if (fields[2].empty()) return kReadBadHeader;
   const std::optional<int> unit = ParseWholeNumber(fields[2]);
-  if (!unit) return 3;
-  if (*unit < 0 || *unit >= kUnitCount) return 42;
+  if (!unit) return kReadBadHeader;
+  if (*unit < 0 || *unit >= kUnitCount) return kReadBadUnit;
 
   const std::optional<int> options = fields[3].empty() ? 0 : ParseWholeNumber(fields[3]);
-  if (!options) return 3;
+  if (!options) return kReadBadHeader;
 
   const std::optional<float> declination = fields[4].empty() ? 0.0f : ParseDecimal(fields[4]);
-  if (!declination || *declination < -360 || *declination > 360) return 3;
+  if (!declination || *declination < -360 || *declination > 360) return kReadBadHeader;
 
   const std::optional<int> subValue = ParseWholeNumber(fields[5]);
-  if (!subValue || *subValue < 0 || *subValue > 255) return 43;
+  if (!subValue || *subValue < 0 || *subValue > 255) return kReadBadSubValueSeparator;
 
   result = FileHeader{.separator = separator,
                       .unit = *unit,
@@ -77,44 +79,17 @@ DatasetHeader ReadDatasetHeader(std::string_view line, char separator) {
   return header;
 }
 
-// Read in capitals, so the writer's "s" (shared) reads as "S".
 TypeField ReadTypeField(std::string_view field) {
   TypeField result;
   for (char c : field) {
-    const char upper = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-    switch (upper) {
-      case 'X':
-      case 'B':
-      case 'C':
-      case 'G':
-      case 'R':
-      case 'D':
-        ++result.typeLetters;
-        result.type = upper;
-        break;
-      case 'A':
-        result.flagA = true;
-        break;
-      case 'I':
-        result.flagI = true;
-        break;
-      case 'J':
-        result.flagJ = true;
-        break;
-      case 'L':
-        result.flagL = true;
-        break;
-      case 'F':
-        result.flagF = true;
-        break;
-      case 'S':
-        result.shared = true;
-        break;
-      case ' ':
-      case '\t':
-        break;
-      default:
-        result.unknownLetter = true;
+    if (const TypeLetter* type = FindTypeLetter(c)) {
+      ++result.typeLetters;
+      result.type = type->letter;
+    } else if (const FlagLetter* flag = FindFlagLetter(c)) {
+      result.flagBits |= flag->bit;
+      result.flagMarks |= flag->mark;
+    } else if (c != ' ' && c != '\t') {
+      result.unknownLetter = true;
     }
   }
   return result;
@@ -124,26 +99,26 @@ int DataFileLines::ToHeader(std::string_view& header, std::vector<std::string_vi
   std::string_view line;
   while (lines_.Next(line)) {
     const std::string_view text = TrimBlanks(line);
-    if (text.empty()) return 1;
+    if (text.empty()) return kReadCannotOpen;
     if (!text.starts_with("//")) {
       header = text;
       return 0;
     }
     if (top) top->push_back(line);
   }
-  return 1;
+  return kReadCannotOpen;
 }
 
 int DataFileLines::ToFirstDataset(char separator, std::string_view& datasetHeader) {
   std::string_view line;
   while (lines_.Next(line)) {
-    if (TrimBlanks(line).empty()) return 8;
+    if (TrimBlanks(line).empty()) return kReadBadDatasets;
     if (IsCommentLine(line, separator)) continue;
-    if (!IsDatasetHeader(line, separator)) return 8;
+    if (!IsDatasetHeader(line, separator)) return kReadBadDatasets;
     datasetHeader = line;
     return 0;
   }
-  return 8;
+  return kReadBadDatasets;
 }
 
 bool DataFileLines::NextContentLine(char separator, std::string_view& line) {

@@ -51,10 +51,11 @@ struct TypeField {
   int typeLetters = 0;
   char type = '\0';  // the last type letter, in capitals
   bool unknownLetter = false;
-  bool shared = false;  // "s": a shared (resequenced intermediate) point
-  bool flagA = false, flagI = false, flagJ = false, flagL = false, flagF = false;
+  std::uint8_t flagBits = 0;   // the point bits its flag letters name
+  std::uint8_t flagMarks = 0;  // "s": a shared (resequenced intermediate) point
 
-  bool AnyFlag() const { return flagA || flagI || flagJ || flagL || flagF; }
+  bool Has(std::uint8_t bit) const { return (flagBits & bit) != 0; }
+  bool AnyFlag() const { return flagBits != 0; }
   bool IsBearing() const { return type == 'B' || type == 'C'; }
 };
 TypeField ReadTypeField(std::string_view field);

@@ -9,6 +9,7 @@
 
 #include "datafile/FileText.h"
 #include "datafile/SafeFile.h"
+#include "model/TypeLetters.h"
 #include "model/ValueFormat.h"
 
 namespace plotmeter {
@@ -137,6 +138,7 @@ class DataFileComposer {
   }
 
  private:
+  ValueSettings Values() const { return ValueSettingsOf(survey_); }
   bool PlainLayout() const { return survey_.WriterOptions & kWritePlainLayout; }
   bool NoHeadings() const { return survey_.WriterOptions & kWriteNoHeadings; }
   bool Magnetic() const { return survey_.MagneticDeclination != 0; }
@@ -218,38 +220,10 @@ class DataFileComposer {
   static std::string DatasetKindName(const Dataset& dataset, int points) {
     std::uint8_t type = dataset.DatasetType;
     if (type & kDatasetMain) return "Main";
-    if (type & kDatasetSubDivision) {
-      return type & kDatasetGenerated ? "Internally generated Sub-division"
-                                      : "Sub-division (or Extension)";
+    if ((type & kDatasetSubDivision) && (type & kDatasetGenerated)) {
+      return "Internally generated Sub-division";
     }
-    if (type & kDatasetLine) return "Line";
-    return points == 1 ? "Single Point" : "Points Collection";
-  }
-
-  // The type letter by the first rule that matches, then the flags in their fixed order.
-  static std::string TypeField(const Point& point, bool inSubDivision) {
-    std::uint8_t flags = point.PtFlags;
-    std::string field;
-    if ((point.PtMarks & kMarkDummy) && inSubDivision) {
-      field = "D";
-    } else if ((flags & kPtInputMask) == kPtReference) {
-      field = "R";
-    } else if ((flags & (kPtXY | kPtBearing | kPtGps)) == kPtGps) {
-      field = "G";
-    } else if (flags & kPtXY) {
-      field = "X";
-    } else {
-      field = point.PtMarks & kMarkCompass ? "C" : "B";
-    }
-    if ((flags & kPtAltGps) && !(flags & kPtLink)) field += 'A';
-    if (flags & kPtIntermediate) {
-      field += 'I';
-      if (point.PtMarks & kMarkShared) field += 's';
-    }
-    if (flags & kPtJoin) field += 'J';
-    if (flags & kPtLink) field += 'L';
-    if ((flags & kPtBearing) && (flags & kPtReference)) field += 'F';
-    return field;
+    return std::string(DatasetKindWords(DatasetLetter(type), points));
   }
 
   static std::string PointNumberText(int number) {
@@ -257,28 +231,28 @@ class DataFileComposer {
   }
 
   std::string BearingText(float bearing) const {
-    return FormatBearing(survey_, bearingStyle_, bearing);
+    return FormatBearing(Values(), bearingStyle_, bearing);
   }
 
   void WriteDataLine(const Point& point, bool inSubDivision) {
     std::string line = std::to_string(point.PtNumber);
     for (const std::string& field :
-         {TypeField(point, inSubDivision), PointNumberText(point.PtRef),
+         {PointTypeField(point, inSubDivision), PointNumberText(point.PtRef),
           PointNumberText(point.PtTarget), point.InXA, point.InYL, point.InGPSLong, point.InGPSLat,
-          FormatLength(survey_, point.X), FormatLength(survey_, point.Y),
+          FormatLength(Values(), point.X), FormatLength(Values(), point.Y),
           BearingText(point.Bearing)}) {
       line += separator_;
       line += field;
     }
     if (Magnetic()) AddField(line, BearingText(point.Bearing + survey_.MagneticDeclination));
-    AddField(line, FormatLength(survey_, point.Len));
-    AddField(line, surveyHasGps_ ? FormatGpsAngle(survey_, longitudeStyle_, point.GPSLong) : "");
-    AddField(line, surveyHasGps_ ? FormatGpsAngle(survey_, latitudeStyle_, point.GPSLat) : "");
+    AddField(line, FormatLength(Values(), point.Len));
+    AddField(line, surveyHasGps_ ? FormatGpsAngle(Values(), longitudeStyle_, point.GPSLong) : "");
+    AddField(line, surveyHasGps_ ? FormatGpsAngle(Values(), latitudeStyle_, point.GPSLat) : "");
     bool alternate = point.HasAlternate;
-    AddField(line, alternate ? FormatGpsAngle(survey_, longitudeStyle_, point.AltGPSLong) : "");
-    AddField(line, alternate ? FormatGpsAngle(survey_, latitudeStyle_, point.AltGPSLat) : "");
+    AddField(line, alternate ? FormatGpsAngle(Values(), longitudeStyle_, point.AltGPSLong) : "");
+    AddField(line, alternate ? FormatGpsAngle(Values(), latitudeStyle_, point.AltGPSLat) : "");
     line += separator_;
-    if (alternate) line += FormatLength(survey_, static_cast<float>(point.AltGPSDelta));
+    if (alternate) line += FormatLength(Values(), static_cast<float>(point.AltGPSDelta));
     WriteLine(line);
   }
 
@@ -288,7 +262,7 @@ class DataFileComposer {
     line += BearingText(dataset.ClosingBearing);
     if (Magnetic())
       AddField(line, BearingText(dataset.ClosingBearing + survey_.MagneticDeclination));
-    AddField(line, FormatLength(survey_, dataset.ClosingLen));
+    AddField(line, FormatLength(Values(), dataset.ClosingLen));
     WriteLine(line);
   }
 

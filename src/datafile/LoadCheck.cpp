@@ -1,8 +1,6 @@
-// The load check: file-wide rules that need the whole survey, the GPS link questions, and
-// the one box that reports any fault of reading or checking.
-#include <string>
+#include "datafile/LoadCheck.h"
 
-#include "datafile/DataFileReader.h"
+#include <string>
 
 namespace plotmeter {
 
@@ -21,24 +19,25 @@ int FirstPointWhere(const Survey& survey, auto predicate) {
 }
 
 ReadResult CheckDatasets(const Survey& survey) {
-  if (survey.DatasetCount() == 0) return {30};
-  if (survey.FindDataset(kDatasetMain) < 0) return {5};
-  if (survey.JoinPointCount == 1 || survey.JoinPointCount > 2) return {10};
+  if (survey.DatasetCount() == 0) return {kReadNoDatasets};
+  if (survey.FindDataset(kDatasetMain) < 0) return {kReadNoMain};
+  if (survey.JoinPointCount == 1 || survey.JoinPointCount > 2) return {kReadJoinCount};
   for (int d = 0; d < survey.DatasetCount(); ++d) {
     const Dataset& dataset = survey.Datasets[d];
     if (!(dataset.DatasetType & (kDatasetLine | kDatasetPoints))) continue;
     int first = dataset.DatasetStart;
     bool placed = first < survey.DatasetEnd(d) &&
                   (survey.Points[first].PtFlags & (kPtXY | kPtGps | kPtReference));
-    if (!placed) return {23, first};
+    if (!placed) return {kReadFirstPointUnplaced, first};
   }
   if (survey.UnitOfMeasure == kUnitNotSpecified) {
     int gps = FirstPointWhere(survey, [](const Point& point) {
       return (point.PtFlags & (kPtGps | kPtAltGps | kPtLink)) != 0;
     });
-    if (gps != kNoPoint) return {44, gps};
+    if (gps != kNoPoint) return {kReadGpsWithoutUnit, gps};
   }
-  if (survey.FindDataset(kDatasetSubDivision) >= 0 && survey.JoinPointCount != 2) return {11};
+  if (survey.FindDataset(kDatasetSubDivision) >= 0 && survey.JoinPointCount != 2)
+    return {kReadSubDivisionWithoutJoins};
   return {};
 }
 
@@ -86,13 +85,13 @@ ReadResult CheckGpsLink(Survey& survey, UserDialogs& dialogs) {
     if (link != kNoPoint) IgnoreLinkOfAllGpsData(survey, link, dialogs);
     return {};
   }
-  if (link != kNoPoint && IsGpsOnly(survey.Points[link])) return {24, link};
+  if (link != kNoPoint && IsGpsOnly(survey.Points[link])) return {kReadLinkGpsOnly, link};
   if (link != kNoPoint && link < firstGpsOnly) return {};
   if (GpsOnlyCalculationPossible(survey) && AskToProceedGpsOnly(dialogs)) {
     survey.FileFlags |= kFileGpsOnly;
     return {};
   }
-  return {25, firstGpsOnly};
+  return {kReadGpsOnlyBeforeLink, firstGpsOnly};
 }
 
 void ReportReadFault(Survey& survey, const ReadResult& read, UserDialogs& dialogs) {

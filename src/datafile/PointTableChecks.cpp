@@ -135,12 +135,12 @@ ReadResult CheckReferencesExist(const Survey& survey, const NumberIndex& numbers
   for (int i = 0; i < survey.PointCount(); ++i) {
     const Point& point = survey.Points[i];
     int reference = point.PtRef != 0 ? numbers.Find(point.PtRef) : kNone;
-    if (point.PtRef != 0 && reference == kNone) return {14, i, point.PtRef};
-    if (point.PtTarget != 0 && numbers.Find(point.PtTarget) == kNone) return {28, i};
+    if (point.PtRef != 0 && reference == kNone) return {kReadMissingReference, i, point.PtRef};
+    if (point.PtTarget != 0 && numbers.Find(point.PtTarget) == kNone) return {kReadBadTarget, i};
     // A shared point stands for a point of another dataset.
     if (IsReferenceOnly(point) && reference != kNone &&
         places.dataset[reference] == places.dataset[i]) {
-      return {13, i};
+      return {kReadBadReference, i};
     }
   }
   return {};
@@ -157,7 +157,7 @@ ReadResult CheckLineEnds(const Survey& survey) {
     int end = survey.DatasetEnd(d);
     int lastShape = end - 1;
     while (lastShape > begin && IsIntermediate(survey.Points[lastShape])) --lastShape;
-    if (lastShape + 1 < end) return {22, lastShape + 1};
+    if (lastShape + 1 < end) return {kReadIntermediatePastEnd, lastShape + 1};
   }
   return {};
 }
@@ -166,7 +166,8 @@ ReadResult CheckLineEnds(const Survey& survey) {
 
 ReadResult CheckPointTable(const Survey& survey) {
   NumberIndex numbers(survey);
-  if (int repeated = numbers.FirstRepeatedUse(); repeated != kNone) return {16, repeated};
+  if (int repeated = numbers.FirstRepeatedUse(); repeated != kNone)
+    return {kReadDuplicateNumber, repeated};
 
   PointPlaces places(survey);
   if (ReadResult result = CheckReferencesExist(survey, numbers, places); result.fault != 0) {
@@ -178,7 +179,8 @@ ReadResult CheckPointTable(const Survey& survey) {
   for (int i = 0; i < survey.PointCount(); ++i) {
     needs[i] = PointDependencies(survey, numbers, places, i);
   }
-  if (int circular = FindCircularReference(needs); circular != kNone) return {20, circular};
+  if (int circular = FindCircularReference(needs); circular != kNone)
+    return {kReadCircularReference, circular};
   return {};
 }
 

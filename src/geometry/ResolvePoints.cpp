@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "geometry/PointResolution.h"
+#include "geometry/PointResolver.h"
 
 namespace plotmeter {
 

@@ -43,6 +43,23 @@ char DatasetLetter(std::uint8_t type) {
   return '\0';
 }
 
+std::string_view DatasetKindWords(char letter, int points) {
+  switch (letter) {
+    case 'M':
+      return "Main (Perimeter)";
+    case 'N':
+      return "Main (Non-perimeter)";
+    case 'S':
+      return "Sub-division (or Extension)";
+    case 'L':
+      return "Line";
+    case 'P':
+      return points == 1 ? "Single Point" : "Points Collection";
+    default:
+      return "";
+  }
+}
+
 std::string_view UnitName(int unit) { return IsUnit(unit) ? kUnitNames[unit] : ""; }
 
 std::string_view SubUnitName(int unit) {

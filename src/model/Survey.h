@@ -37,6 +37,9 @@ inline constexpr std::uint8_t kTypeP = kDatasetPoints;
 std::uint8_t DatasetTypeFromLetter(char letter);
 // The letter of a dataset type byte; '\0' when its kind bits name no dataset.
 char DatasetLetter(std::uint8_t type);
+// The words that name a dataset kind by its letter ("Line", "Main (Perimeter)"), a points
+// dataset by its count; empty for a letter of no kind.
+std::string_view DatasetKindWords(char letter, int points);
 
 // `PtFlags` bits.
 inline constexpr std::uint8_t kPtXY = 1;            // "X", "D"

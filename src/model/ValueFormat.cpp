@@ -18,19 +18,19 @@ constexpr double kLastSecond = 59.999;
 
 constexpr char kDoubleQuote = '"';
 
-bool Writing(const Survey& survey) { return (survey.WriterOptions & kWriteInProgress) != 0; }
+bool Writing(const ValueSettings& values) { return (values.writerOptions & kWriteInProgress) != 0; }
 
-bool BearingTextForm(const Survey& survey) {
-  return Writing(survey) && (survey.WriterOptions & kWriteBearingDecimal) == 0;
+bool BearingTextForm(const ValueSettings& values) {
+  return Writing(values) && (values.writerOptions & kWriteBearingDecimal) == 0;
 }
 
-bool GpsTextForm(const Survey& survey) {
-  return Writing(survey) && (survey.WriterOptions & kWriteGpsDecimal) == 0;
+bool GpsTextForm(const ValueSettings& values) {
+  return Writing(values) && (values.writerOptions & kWriteGpsDecimal) == 0;
 }
 
-bool SubUnitTextForm(const Survey& survey) {
-  return Writing(survey) && (survey.WriterOptions & kWritePlainLengths) == 0 &&
-         SubUnitsPerUnit(survey.UnitOfMeasure) > 0;
+bool SubUnitTextForm(const ValueSettings& values) {
+  return Writing(values) && (values.writerOptions & kWritePlainLengths) == 0 &&
+         SubUnitsPerUnit(values.unit) > 0;
 }
 
 // The value as the pattern rounds it, so that carries are decided on what is shown.
@@ -95,17 +95,24 @@ double NormaliseLongitude(double longitude) {
 
 }  // namespace
 
-std::string FormatBearing(const Survey& survey, std::uint8_t style, float& bearing) {
+ValueSettings ValueSettingsOf(const Survey& survey) {
+  return {.writerOptions = survey.WriterOptions,
+          .unit = survey.UnitOfMeasure,
+          .degreeMark = survey.DegreeChar,
+          .subValueSeparator = survey.SubValueSeparator};
+}
+
+std::string FormatBearing(const ValueSettings& values, std::uint8_t style, float& bearing) {
   bearing = NormaliseBearing(bearing);
-  if (!BearingTextForm(survey) || !std::isfinite(bearing)) {
+  if (!BearingTextForm(values) || !std::isfinite(bearing)) {
     return FormatNumber(bearing, "#0.0#####");
   }
   std::string join = (style & kBearingJoinTight) ? "" : " ";
-  bool decimalMinutes = (survey.WriterOptions & kWriteBearingMinutes) != 0;
-  return AngleText(bearing, decimalMinutes, survey.DegreeChar, join);
+  bool decimalMinutes = (values.writerOptions & kWriteBearingMinutes) != 0;
+  return AngleText(bearing, decimalMinutes, values.degreeMark, join);
 }
 
-std::string FormatGpsAngle(const Survey& survey, std::uint8_t style, double value) {
+std::string FormatGpsAngle(const ValueSettings& values, std::uint8_t style, double value) {
   char letter;
   if (style & kGpsLatitude) {
     letter = value < 0 ? 'S' : 'N';
@@ -117,25 +124,25 @@ std::string FormatGpsAngle(const Survey& survey, std::uint8_t style, double valu
   }
   std::string join = (style & kGpsJoinTight) ? "" : " ";
   std::string text;
-  if (!GpsTextForm(survey) || !std::isfinite(value)) {
+  if (!GpsTextForm(values) || !std::isfinite(value)) {
     text = FormatNumber(value, "#0.0#####");
   } else {
-    bool decimalMinutes = (survey.WriterOptions & kWriteGpsMinutes) != 0;
-    text = AngleText(value, decimalMinutes, survey.DegreeChar, join);
+    bool decimalMinutes = (values.writerOptions & kWriteGpsMinutes) != 0;
+    text = AngleText(value, decimalMinutes, values.degreeMark, join);
   }
   return text + join + letter;
 }
 
-std::string FormatLength(const Survey& survey, float value) {
-  if (SubUnitTextForm(survey) && std::isfinite(value)) {
+std::string FormatLength(const ValueSettings& values, float value) {
+  if (SubUnitTextForm(values) && std::isfinite(value)) {
     // Deliberately rounded from the whole value: 5.7 feet is written "6", separator, "8.4".
     std::string whole = FormatNumber(value, "#0");
     double fraction = std::fabs(static_cast<double>(value) - std::trunc(value));
     if (fraction == 0) return whole;
-    std::string sub = FormatNumber(fraction * SubUnitsPerUnit(survey.UnitOfMeasure), "#0.0##");
+    std::string sub = FormatNumber(fraction * SubUnitsPerUnit(values.unit), "#0.0##");
     // -0.25 ft rounds to a whole part of "0"; the sign must still be written to read back.
     if (value < 0 && whole.front() != '-' && sub != "0.0") whole.insert(whole.begin(), '-');
-    return whole + survey.SubValueSeparator + sub;
+    return whole + values.subValueSeparator + sub;
   }
   // A negative value keeps two more decimals, on purpose.
   return value >= 0 ? FormatNumber(value, "#0.0####") : FormatNumber(value, "0.0######");

@@ -16,11 +16,20 @@ inline constexpr std::uint8_t kBearingJoinTight = 1;
 inline constexpr std::uint8_t kGpsLatitude = 1;
 inline constexpr std::uint8_t kGpsJoinTight = 128;
 
+// The few settings of a survey that its values are written with.
+struct ValueSettings {
+  std::uint8_t writerOptions = kWriterOptionsDefault;
+  int unit = kUnitNotSpecified;
+  char degreeMark = kDegreeSign;
+  char subValueSeparator = '\\';
+};
+ValueSettings ValueSettingsOf(const Survey& survey);
+
 // `bearing` (degrees) is brought into [0, 360) in place first.
-std::string FormatBearing(const Survey& survey, std::uint8_t style, float& bearing);
+std::string FormatBearing(const ValueSettings& values, std::uint8_t style, float& bearing);
 // A latitude (style bit 1) or longitude (east, [0, 360)) with its hemisphere letter.
-std::string FormatGpsAngle(const Survey& survey, std::uint8_t style, double value);
+std::string FormatGpsAngle(const ValueSettings& values, std::uint8_t style, double value);
 // A length or co-ordinate in the survey's unit.
-std::string FormatLength(const Survey& survey, float value);
+std::string FormatLength(const ValueSettings& values, float value);
 
 }  // namespace plotmeter

@@ -8,6 +8,7 @@
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
 #include "datafile/FileText.h"
+#include "datafile/LoadCheck.h"
 #include "geometry/ResolvePoints.h"
 #include "model/GpsText.h"
 #include "model/NumberFormat.h"

@@ -10,6 +10,7 @@
 #include "datafile/DataFileSyntax.h"
 #include "datafile/FileText.h"
 #include "model/NumberFormat.h"
+#include "model/TypeLetters.h"
 #include "model/ValueFormat.h"
 
 namespace plotmeter {
@@ -201,27 +202,10 @@ bool IsIncluded(const std::array<bool, kIncludeCount>& include, char code) {
 }
 
 std::string DatasetHeadingLine(char code, int pointCount, std::string_view tag) {
-  std::string line;
-  switch (code) {
-    case 'M':
-      line = "[M] Dataset as Main (Perimeter)";
-      break;
-    case 'N':
-      line = "[N] Dataset as Main (Non-perimeter)";
-      break;
-    case 'S':
-      line = "[S] Dataset as Sub-division (or Extension)";
-      break;
-    case 'L':
-      line = "[L] Dataset as Line";
-      break;
-    case 'P':
-      line = pointCount == 1 ? "[P] Dataset as Single Point" : "[P] Dataset as Points Collection";
-      break;
-    default:
-      line = "ERROR Invalid Dataset code";
-      break;
-  }
+  const std::string_view words = DatasetKindWords(code, pointCount);
+  std::string line = words.empty()
+                         ? "ERROR Invalid Dataset code"
+                         : "[" + std::string(1, code) + "] Dataset as " + std::string(words);
   if (!tag.empty()) {
     line += " for '";
     line += tag;
@@ -233,34 +217,6 @@ std::string DatasetHeadingLine(char code, int pointCount, std::string_view tag) 
 // ---------------------------------------------------------------------------------------
 // The processed survey in memory
 
-// The letter that stands for the way the point was given, by the writer's rules.
-char PointTypeLetter(const Point& point) {
-  const std::uint8_t input = point.PtFlags & kPtInputMask;
-  if (point.PtMarks & kMarkDummy) return 'D';
-  if (input == kPtReference) return 'R';
-  if ((input & (kPtXY | kPtBearing | kPtGps)) == kPtGps) return 'G';
-  if (input & kPtXY) return 'X';
-  return (point.PtMarks & kMarkCompass) ? 'C' : 'B';
-}
-
-}  // namespace
-
-std::string PointTypeText(const Point& point) {
-  std::string text(1, PointTypeLetter(point));
-  const std::uint8_t flags = point.PtFlags;
-  if ((flags & kPtAltGps) && !(flags & kPtLink)) text += 'A';
-  if (flags & kPtIntermediate) {
-    text += 'I';
-    if (point.PtMarks & kMarkShared) text += 's';
-  }
-  if (flags & kPtJoin) text += 'J';
-  if (flags & kPtLink) text += 'L';
-  if ((flags & kPtBearing) && (flags & kPtReference)) text += 'F';
-  return text;
-}
-
-namespace {
-
 std::string NumberOrNone(int number) { return number > 0 ? std::to_string(number) : ""; }
 
 bool HasGpsInput(const Survey& survey) {
@@ -269,21 +225,18 @@ bool HasGpsInput(const Survey& survey) {
 }
 
 // Formatting as on screen: plain decimal numbers, whatever a write left behind.
-Survey ScreenFormatting(const Survey& survey) {
-  Survey settings;
-  settings.FieldSeparator = survey.FieldSeparator;
-  settings.SubValueSeparator = survey.SubValueSeparator;
-  settings.UnitOfMeasure = survey.UnitOfMeasure;
-  settings.MagneticDeclination = survey.MagneticDeclination;
-  settings.DegreeChar = survey.DegreeChar;
-  settings.WriterOptions = survey.WriterOptions & ~kWriteInProgress;
-  return settings;
+ValueSettings ScreenFormatting(const Survey& survey) {
+  ValueSettings values = ValueSettingsOf(survey);
+  values.writerOptions &= static_cast<std::uint8_t>(~kWriteInProgress);
+  return values;
 }
 
 class ProcessedRows {
  public:
   ProcessedRows(const Survey& survey, const Layout& layout)
-      : format_(ScreenFormatting(survey)), gpsComputed_(HasGpsInput(survey)) {
+      : format_(ScreenFormatting(survey)),
+        declination_(survey.MagneticDeclination),
+        gpsComputed_(HasGpsInput(survey)) {
     for (const Group& group : layout.groups) {
       for (Column column : group.columns) shown_[column] = true;
     }
@@ -292,7 +245,7 @@ class ProcessedRows {
   PointRow Row(const Point& point) const {
     PointRow row;
     row.number = std::to_string(point.PtNumber);
-    row.type = PointTypeText(point);
+    row.type = PointTypeField(point);
     row.ref = NumberOrNone(point.PtRef);
     row.target = NumberOrNone(point.PtTarget);
     row.input = {point.InXA, point.InYL, point.InGPSLong, point.InGPSLat};
@@ -317,13 +270,14 @@ class ProcessedRows {
 
   std::string Bearing(float bearing) const { return FormatBearing(format_, 0, bearing); }
   std::string MagneticBearing(float bearing) const {
-    float magnetic = bearing + format_.MagneticDeclination;
+    float magnetic = bearing + declination_;
     return FormatBearing(format_, 0, magnetic);
   }
   std::string Length(float length) const { return FormatLength(format_, length); }
 
  private:
-  Survey format_;
+  ValueSettings format_;
+  float declination_;
   bool gpsComputed_;
   std::array<bool, kColumnCount> shown_{};
 };
@@ -365,15 +319,9 @@ constexpr std::string_view kUnknownType = "Data line with unknown type code.";
 constexpr std::string_view kMultipleDummies = "Multiple Sub-div dummy lines present.";
 constexpr std::string_view kNoType = "No type code present.";
 
-// The type letter and the flags, in the listing's order.
+// The type letter and the flags as the line gives them.
 std::string TypeText(const TypeField& type) {
-  std::string text(1, type.type);
-  if (type.flagA) text += 'A';
-  if (type.flagI) text += type.shared ? "Is" : "I";
-  if (type.flagJ) text += 'J';
-  if (type.flagL) text += 'L';
-  if (type.flagF) text += 'F';
-  return text;
+  return type.type + FlagLettersOf(type.flagBits, type.flagMarks);
 }
 
 // What the reading hands on of each dataset and data line, as views into the file text.
@@ -454,7 +402,7 @@ class ListingFileReader {
     if (fields[1].empty()) return kNoTypeEntry;
     const TypeField type = ReadTypeField(fields[1]);
     if (const std::string_view fault = CheckType(type); !fault.empty()) return fault;
-    if (type.type == 'G' || type.flagA || type.flagL) gpsInput_ = true;
+    if (type.type == 'G' || type.Has(kPtAltGps) || type.Has(kPtLink)) gpsInput_ = true;
     PointRow row;
     row.type = TypeText(type);
     row.number = fields[0];
@@ -463,7 +411,7 @@ class ListingFileReader {
     row.input = {fields[4], fields[5], fields[6], fields[7]};
     FillInputValues(row);
     ++datasetPoints_;
-    sink_.Point(row, type.flagI);
+    sink_.Point(row, type.Has(kPtIntermediate));
     return {};
   }
 

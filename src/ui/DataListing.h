@@ -32,13 +32,11 @@ inline constexpr int kIncludeIntermediate = 2;  // "Intermediate Points"
 inline constexpr int kIncludeLines = 3;         // "Other Lines"
 inline constexpr int kIncludePoints = 4;        // "Stand Alone Points"
 inline constexpr int kIncludeCount = 5;
+inline constexpr std::uint8_t kIncludeAll = (1 << kIncludeCount) - 1;  // every box ticked
 
 // The first line of the listing of a data file that fails the listing's own checks; the
 // reason follows on the next line.
 inline constexpr const char* kAbortedBadFile = "Aborted - Bad File";
-
-// A point's type code and flag letters as the listing shows them: "X", "XL", "GA", "BIs".
-std::string PointTypeText(const Point& point);
 
 // The settings labels above the listing, caption and value.
 struct SettingLabel {

@@ -35,7 +35,8 @@ void ShowDeclination(const Survey& survey, MainDisplay& display) {
     return;
   }
   float size = std::fabs(declination);
-  display.MagDecLbl = FormatBearing(survey, 0, size) + (declination < 0 ? " W" : " E");
+  display.MagDecLbl =
+      FormatBearing(ValueSettingsOf(survey), 0, size) + (declination < 0 ? " W" : " E");
 }
 
 }  // namespace

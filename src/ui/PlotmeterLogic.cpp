@@ -4,6 +4,7 @@
 
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
+#include "datafile/LoadCheck.h"
 #include "geometry/Area.h"
 #include "geometry/PartOutlines.h"
 #include "geometry/ResolvePoints.h"

@@ -29,7 +29,7 @@ void CarryLengthForward(Survey& survey, int pointIndex) {
   float next = 0;
   Point& following = survey.Points[pointIndex + 1];
   if (ReadLength(survey, survey.Points[pointIndex], own) && ReadLength(survey, following, next)) {
-    following.InYL = FormatLength(survey, own + next);
+    following.InYL = FormatLength(ValueSettingsOf(survey), own + next);
   }
   survey.ValueMarks = marks;
 }

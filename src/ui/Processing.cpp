@@ -56,7 +56,7 @@ std::string OvershootMessage(const Survey& survey, const OvershootWords& words,
                              float closingLength) {
   std::string text = std::string(words.crossing) + "\n" + words.possibly + "\n\n" +
                      "The last point is " + survey.FieldSeparator +
-                     FormatLength(survey, closingLength);
+                     FormatLength(ValueSettingsOf(survey), closingLength);
   if (survey.UnitOfMeasure < 6) {
     text.append(" ").append(UnitName(survey.UnitOfMeasure)).append(words.from).append("\n\n");
   }

@@ -5,9 +5,10 @@
 #include <string>
 
 #include "datafile/DataFileReader.h"
-#include "datafile/SurveyComparison.h"
-#include "geometry/ResolveSurveyBuilder.h"
+#include "datafile/LoadCheck.h"
+#include "support/EnteredSurvey.h"
 #include "support/ScriptedDialogs.h"
+#include "support/SurveyComparison.h"
 
 namespace plotmeter {
 namespace {
@@ -292,13 +293,6 @@ TEST(DataFileReaderTest, NoDatasetAtAllIsReportedByTheLoadCheck) {
   ExpectAbortBox(dialogs, 30, 0);
 }
 
-TEST(DataFileReaderTest, FaultOfTheReaderIsShownWithItsPoint) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  EXPECT_FALSE(CheckLoadedData(survey, ReadResult{.fault = 4, .point = 2}, dialogs));
-  ExpectAbortBox(dialogs, 4, 3);
-}
-
 TEST(DataFileReaderTest, MissingReferenceNamesTheNumberGiven) {
   Survey survey;
   ScriptedDialogs dialogs;
@@ -318,12 +312,6 @@ TEST(DataFileReaderTest, MessagesOfEveryCode) {
   for (int code : {0, 31, 33, 34, 35, 36, 37, 38, 39, 40, 45, 99, -1}) {
     EXPECT_EQ(ReadFaultMessage(code), "Unidentified data parsing error.") << code;
   }
-}
-
-TEST(DataFileReaderTest, FaultTextAppendsThePointCountedFromOne) {
-  EXPECT_EQ(ReadFaultText({.fault = 16, .point = 2}),
-            "Duplicate Point Reference specified. [Point 3]");
-  EXPECT_EQ(ReadFaultText({.fault = 8, .point = -1}), "File has invalid Datasets.");
 }
 
 // Every point of the main dataset carries GPS values, so a 'GPS Only' calculation is

@@ -117,48 +117,17 @@ TEST(DataFileWriterTest, LengthsTakeSubUnitsOnlyWhileWriting) {
   EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
 }
 
-struct TypeFieldRow {
-  std::uint8_t flags;
-  std::uint8_t marks;
-  std::uint8_t datasetType;
-  const char* expected;
-};
-
-void PrintTo(const TypeFieldRow& row, std::ostream* out) { *out << row.expected; }
-
-class TypeFieldTest : public ::testing::TestWithParam<TypeFieldRow> {};
-
-// The first point of the dataset carries the row's flags and marks.
-TEST_P(TypeFieldTest, LetterThenFlagsInOrder) {
-  const TypeFieldRow& row = GetParam();
-  Survey survey = Triangle();
-  survey.Points[0].PtFlags = row.flags;
-  survey.Points[0].PtMarks = row.marks;
-  survey.Points[0].PtRef = (row.flags & kPtReference) ? 3 : 0;
-  survey.Datasets[0].DatasetType = row.datasetType;
-  survey.FileFlags = kFileGpsOnly;  // GPS-only points need no link then
-  std::string text = Written(survey);
-  std::string expected = "\n1," + std::string(row.expected) + ",";
-  EXPECT_NE(text.find(expected), std::string::npos) << text;
+// The dummy start is written "D" in a sub-division only; the letters themselves are
+// TypeLettersTest's.
+TEST(DataFileWriterTest, DummyMarkIsWrittenInASubDivisionOnly) {
+  for (std::uint8_t type : {kTypeS | kDatasetHasDummy, int{kTypeM}}) {
+    Survey survey = Triangle();
+    survey.Points[0].PtMarks = kMarkDummy;
+    survey.Datasets[0].DatasetType = type;
+    const bool sub = type & kDatasetSubDivision;
+    EXPECT_NE(Written(survey).find(sub ? "\n1,D," : "\n1,X,"), std::string::npos) << int{type};
+  }
 }
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Rows, TypeFieldTest, ::testing::Values(
-    TypeFieldRow{kPtXY, kMarkDummy, kTypeS | kDatasetHasDummy, "D"},
-    TypeFieldRow{kPtXY, kMarkDummy, kTypeM, "X"},  // the dummy mark counts in a sub-division only
-    TypeFieldRow{kPtReference | kPtJoin, 0, kTypeM, "RJ"},
-    TypeFieldRow{kPtGps | kPtAltGps, 0, kTypeM, "GA"},
-    TypeFieldRow{kPtGps | kPtLink, 0, kTypeM, "GL"},
-    TypeFieldRow{kPtGps | kPtIntermediate, 0, kTypeM, "GI"},
-    TypeFieldRow{kPtXY | kPtGps | kPtAltGps, 0, kTypeM, "XA"},
-    TypeFieldRow{kPtXY | kPtGps | kPtAltGps | kPtLink, 0, kTypeM, "XL"},
-    TypeFieldRow{kPtBearing, kMarkCompass, kTypeM, "C"},
-    TypeFieldRow{kPtBearing | kPtReference, kMarkCompass, kTypeM, "CF"},
-    TypeFieldRow{kPtBearing | kPtIntermediate, kMarkShared, kTypeM, "BIs"},
-    TypeFieldRow{kPtBearing | kPtGps | kPtAltGps | kPtIntermediate | kPtJoin | kPtReference,
-                 kMarkShared, kTypeM, "BAIsJF"},
-    TypeFieldRow{kPtBearing | kPtGps | kPtJoin | kPtLink | kPtReference, 0, kTypeM, "BJLF"}));
-// clang-format on
 
 struct DatasetCommentRow {
   std::uint8_t type;
@@ -339,20 +308,6 @@ TEST_F(SavedFileTest, WritesTheFileAndNothingElse) {
   ASSERT_TRUE(WriteDataFile(survey, path, dialogs));
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_EQ(Contents(path), Written(survey));
-  EXPECT_EQ(folder_.FileCount(), 1);
-}
-
-TEST_F(SavedFileTest, ReplacesTheOldFileKeepingItsPermissions) {
-  std::string path = folder_.Path("lot.csv");
-  Put(path, "old text");
-  ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
-  Survey survey = Triangle();
-  ScriptedDialogs dialogs;
-  ASSERT_TRUE(WriteDataFile(survey, path, dialogs));
-  EXPECT_EQ(Contents(path), Written(survey));
-  struct stat info;
-  ASSERT_EQ(::stat(path.c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 0777, 0640u);
   EXPECT_EQ(folder_.FileCount(), 1);
 }
 

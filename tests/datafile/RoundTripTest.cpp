@@ -11,9 +11,10 @@
 
 #include "datafile/DataFileReader.h"
 #include "datafile/DataFileWriter.h"
-#include "datafile/SurveyComparison.h"
+#include "datafile/LoadCheck.h"
 #include "geometry/ResolvePoints.h"
 #include "support/ScriptedDialogs.h"
+#include "support/SurveyComparison.h"
 
 namespace plotmeter {
 namespace {
@@ -253,23 +254,6 @@ std::vector<fs::path> Examples() {
 }
 
 TEST(RoundTripTest, ThereAreExamples) { EXPECT_GE(Examples().size(), 5u); }
-
-TEST(RoundTripTest, EveryExampleLoadsCleanlyAndReadsBackTheSame) {
-  for (const fs::path& path : Examples()) {
-    SCOPED_TRACE(path.filename().string());
-    Survey survey;
-    ScriptedDialogs dialogs;
-    ReadResult read = ReadDataFile(survey, path.string());
-    ASSERT_TRUE(CheckLoadedData(survey, read, dialogs)) << dialogs.last().text;
-    EXPECT_TRUE(dialogs.boxes.empty());
-    EXPECT_EQ(survey.CurrentFileName, path.string());
-    EXPECT_FALSE(survey.UserComments.empty());
-    std::string text = Written(survey);
-    Survey again = Loaded(text);
-    ExpectSameEnteredSurvey(survey, again);
-    EXPECT_EQ(Written(again), text);
-  }
-}
 
 // Read, process, write; then read that, process and write again: the same bytes.
 TEST(RoundTripTest, ProcessedExamplesAreWrittenTheSameTwice) {

@@ -4,7 +4,7 @@
 
 #include "geometry/ProcessingState.h"
 #include "geometry/ResolvePoints.h"
-#include "geometry/ResolveSurveyBuilder.h"
+#include "support/EnteredSurvey.h"
 #include "support/ScriptedDialogs.h"
 
 namespace plotmeter {

@@ -12,17 +12,6 @@ namespace {
 
 constexpr double kMinute = 1.0 / 60;
 
-TEST(UnitLengthMetresTest, HoldsTheSinglePrecisionUnitLengths) {
-  EXPECT_EQ(UnitLengthMetres(kUnitNotSpecified), 0.0f);
-  EXPECT_EQ(UnitLengthMetres(kUnitMeters), 1.0f);
-  EXPECT_EQ(UnitLengthMetres(kUnitKilometers), 1000.0f);
-  EXPECT_EQ(UnitLengthMetres(kUnitFeet), 0.3048f);
-  EXPECT_EQ(UnitLengthMetres(kUnitMiles), 1609.344f);
-  EXPECT_EQ(UnitLengthMetres(kUnitChains), 20.1168f);
-  EXPECT_EQ(UnitLengthMetres(-1), 0.0f);
-  EXPECT_EQ(UnitLengthMetres(kUnitCount), 0.0f);
-}
-
 struct OffsetCase {
   int unit;
   GpsPosition point;

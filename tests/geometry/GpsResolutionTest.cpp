@@ -6,10 +6,7 @@
 #include <string>
 
 #include "geometry/GpsLink.h"
-#include "geometry/ProcessingState.h"
-#include "geometry/ResolvePoints.h"
-#include "geometry/ResolveSurveyBuilder.h"
-#include "support/ScriptedDialogs.h"
+#include "support/EnteredSurvey.h"
 
 namespace plotmeter {
 namespace {
@@ -27,13 +24,7 @@ std::string Degrees(double value) {
   return text;
 }
 
-class GpsResolutionTest : public ::testing::Test {
- protected:
-  bool Resolve(Survey& survey) { return ResolvePoints(survey, state, kFirstPass, dialogs); }
-
-  ProcessingState state;
-  ScriptedDialogs dialogs;
-};
+using GpsResolutionTest = testing::ResolveFixture;
 
 // A link point at (100, 200) standing at 151° E 33° S, then `lines`.
 Survey Linked(const std::string& lines) { return Entered("H,M\n1,XL,,,100,200,151,-33\n" + lines); }

@@ -6,10 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "geometry/ProcessingState.h"
-#include "geometry/ResolvePoints.h"
-#include "geometry/ResolveSurveyBuilder.h"
-#include "support/ScriptedDialogs.h"
+#include "support/EnteredSurvey.h"
 
 namespace plotmeter {
 namespace {
@@ -17,18 +14,7 @@ namespace {
 using testing::Entered;
 using testing::ScriptedDialogs;
 
-class IntermediatePointsTest : public ::testing::Test {
- protected:
-  bool Resolve(Survey& survey) { return ResolvePoints(survey, state, kFirstPass, dialogs); }
-
-  void ExpectAt(const Survey& survey, int i, float x, float y) {
-    EXPECT_NEAR(survey.Points[i].X, x, 1e-4) << "point " << i;
-    EXPECT_NEAR(survey.Points[i].Y, y, 1e-4) << "point " << i;
-  }
-
-  ProcessingState state;
-  ScriptedDialogs dialogs;
-};
+using IntermediatePointsTest = testing::ResolveFixture;
 
 TEST_F(IntermediatePointsTest, CoordinatesAreBroughtOntoTheLine) {
   // The line from (0, 0) to (10, 10): X alone, Y alone, or both pulled onto the line.

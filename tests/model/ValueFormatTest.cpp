@@ -19,11 +19,7 @@ constexpr std::uint8_t kFileMinutes = kWriteInProgress | kWriterOptionsDefault;
 constexpr std::uint8_t kFileSeconds = kWriteInProgress;
 constexpr std::uint8_t kFileDecimal = kWriteInProgress | kWriteBearingDecimal | kWriteGpsDecimal;
 
-Survey WithOptions(std::uint8_t options) {
-  Survey survey;
-  survey.WriterOptions = options;
-  return survey;
-}
+ValueSettings WithOptions(std::uint8_t options) { return {.writerOptions = options}; }
 
 std::string Bearing(std::uint8_t options, float bearing, std::uint8_t style = 0) {
   return FormatBearing(WithOptions(options), style, bearing);
@@ -70,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
                       BearingCase{kFileSeconds, 0, 1.0166666f, "1° 1'"}));
 
 TEST(ValueFormatTest, BearingIsNormalisedInPlace) {
-  Survey survey;
+  ValueSettings survey;
   float bearing = -90;
   FormatBearing(survey, 0, bearing);
   EXPECT_EQ(bearing, 270);
@@ -87,8 +83,8 @@ TEST(ValueFormatTest, BearingIsNormalisedInPlace) {
 }
 
 TEST(ValueFormatTest, BearingUsesTheSurveysDegreeChar) {
-  Survey survey = WithOptions(kFileMinutes);
-  survey.DegreeChar = '*';
+  ValueSettings survey = WithOptions(kFileMinutes);
+  survey.degreeMark = '*';
   float bearing = 12.5f;
   EXPECT_EQ(FormatBearing(survey, 0, bearing), "12* 30.0'");
 }
@@ -139,8 +135,8 @@ class FormatLengthTest : public ::testing::TestWithParam<LengthCase> {};
 
 TEST_P(FormatLengthTest, GivesText) {
   const LengthCase& c = GetParam();
-  Survey survey = WithOptions(c.options);
-  survey.UnitOfMeasure = c.unit;
+  ValueSettings survey = WithOptions(c.options);
+  survey.unit = c.unit;
   EXPECT_EQ(FormatLength(survey, c.value), c.expected) << c.value;
 }
 
@@ -163,9 +159,9 @@ INSTANTIATE_TEST_SUITE_P(
         LengthCase{kScreen, kUnitMeters, -0.1234567f, "-0.1234567"}));
 
 TEST(ValueFormatTest, LengthUsesTheSurveysSeparator) {
-  Survey survey = WithOptions(kFileMinutes);
-  survey.UnitOfMeasure = kUnitFeet;
-  survey.SubValueSeparator = ':';
+  ValueSettings survey = WithOptions(kFileMinutes);
+  survey.unit = kUnitFeet;
+  survey.subValueSeparator = ':';
   EXPECT_EQ(FormatLength(survey, 5.5f), "6:6.0");
 }
 
@@ -195,11 +191,13 @@ TEST(ValueFormatRoundTrip, BearingsReadBack) {
   for (int i = 0; i < kRoundTrips; ++i) bearings.push_back(anyBearing(random));
   for (const BearingMode& mode : modes) {
     for (std::uint8_t style : {std::uint8_t{0}, kBearingJoinTight}) {
-      Survey survey = WithOptions(mode.options);
+      Survey survey;
       survey.SubValueSeparator = ' ';
+      ValueSettings values = ValueSettingsOf(survey);
+      values.writerOptions = mode.options;
       for (float original : bearings) {
         float bearing = original;
-        std::string text = FormatBearing(survey, style, bearing);
+        std::string text = FormatBearing(values, style, bearing);
         double read = ParseAngleText(survey, text);
         ASSERT_EQ(survey.ValueMarks, 0) << text;
         // The plain forms start from the float's shortest decimal, up to an ulp away.
@@ -227,15 +225,15 @@ TEST(ValueFormatRoundTrip, GpsAnglesReadBack) {
   }
   for (const BearingMode& mode : modes) {
     for (std::uint8_t join : {std::uint8_t{0}, kGpsJoinTight}) {
-      Survey survey = WithOptions(mode.options);
+      const Survey survey;
       for (double latitude : latitudes) {
-        std::string text = FormatGpsAngle(survey, kGpsLatitude | join, latitude);
+        std::string text = FormatGpsAngle(WithOptions(mode.options), kGpsLatitude | join, latitude);
         std::optional<double> read = ParseGpsLatitude(survey, text);
         ASSERT_TRUE(read.has_value()) << text;
         EXPECT_NEAR(*read, latitude, mode.tolerance) << text;
       }
       for (double longitude : longitudes) {
-        std::string text = FormatGpsAngle(survey, join, longitude);
+        std::string text = FormatGpsAngle(WithOptions(mode.options), join, longitude);
         std::optional<double> read = ParseGpsLongitude(survey, text);
         ASSERT_TRUE(read.has_value()) << text;
         EXPECT_LE(AngleDifference(*read, longitude), mode.tolerance) << text;
@@ -258,12 +256,14 @@ TEST(ValueFormatRoundTrip, LengthsReadBack) {
   for (int i = 0; i < kRoundTrips; ++i) lengths.push_back(anyLength(random));
   for (std::uint8_t options : {kFileMinutes, kScreen}) {
     for (int unit : {kUnitFeet, kUnitMiles, kUnitChains, kUnitMeters}) {
-      Survey survey = WithOptions(options);
+      Survey survey;
       survey.UnitOfMeasure = unit;
+      ValueSettings values = ValueSettingsOf(survey);
+      values.writerOptions = options;
       bool split = options == kFileMinutes && unit != kUnitMeters;
       double tolerance = split ? 0.5e-3 / SubUnitsPerUnit(unit) : 0.5e-5;
       for (float value : lengths) {
-        std::string text = FormatLength(survey, value);
+        std::string text = FormatLength(values, value);
         float read = ParseLengthText(survey, text);
         ASSERT_EQ(survey.ValueMarks, 0) << text;
         double slack = tolerance + std::fabs(value) * 1.2e-7;  // the float result

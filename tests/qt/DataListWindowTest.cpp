@@ -162,21 +162,12 @@ class DataListWindowTest : public QObject {
     QCOMPARE(copied[1], Lines(Find<QListWidget>(list, "DataLst")).first());
   }
 
+  // The legends' texts are the core's (Legends.h); here they reach the labels and close.
   void legendsShowTheirTextsAndClose() {
     Click(Find<QPushButton>(window_, "LegendBtn"));
     auto* area = Find<AreaLegendWindow>(window_, "Legend");
     QCOMPARE(area->windowTitle(), "Area Display Legend");
-    QCOMPARE(Texts(area, "LegendLbl"),
-             QStringList({"Main and Sub-division Perimeter Lines",
-                          "Start Point & Closing Line (Main / Sub-div only)",
-                          "Other Lines (e.g. roads / fences)",
-                          "Stand Alone Points (e.g buildings, dams, windmills)",
-                          "Intermediate Points (not shape defining)",
-                          "Point Alternate position as defined from GPS",
-                          "Point for Editing (mouse Left click on a point)",
-                          "Sub-division Label (at centre of its Max/Min values)",
-                          "Tag description  (mouse Right click on a point)",
-                          "-  'Sub-division' may also be an 'Area Extension'"}));
+    QCOMPARE(Texts(area, "LegendLbl").first(), "Main and Sub-division Perimeter Lines");
     ExpectNoAccessibleNameOnLabels(area);
     QCOMPARE(Find<QWidget>(area, "LegendSh_6")->accessibleName(),
              "Symbol: Point for Editing (mouse Left click on a point)");
@@ -187,14 +178,7 @@ class DataListWindowTest : public QObject {
     Click(Find<QPushButton>(list, "LegendBtn"));
     auto* codes = Find<ListLegendWindow>(list, "ListLegend");
     QCOMPARE(codes->windowTitle(), "List Legend");
-    QCOMPARE(Texts(codes, "HdgLbl"),
-             QStringList({"'Typ' [Input type codes]", "Input (I/P..) values '+' suffix:"}));
-    const QStringList texts = Texts(codes, "CodeLbl");
-    QCOMPARE(texts.size(), 13);
-    QCOMPARE(texts[0], "X_: X/Y Co-ordinates");
-    QCOMPARE(texts[8], "_Is: Resequenced Intermediate Point");
-    QCOMPARE(texts[9], "_J: is Sub-divison join point");
-    QCOMPARE(texts[12], "Actual input had additional characters (view with 'Edit')");
+    QCOMPARE(Texts(codes, "CodeLbl").first(), "X_: X/Y Co-ordinates");
     ExpectNoAccessibleNameOnLabels(codes);
     Click(Find<QPushButton>(codes, "CloseBtn"));
     QVERIFY(!codes->isVisible());

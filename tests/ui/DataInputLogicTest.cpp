@@ -1,14 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "datafile/DataFileReader.h"
-#include "datafile/DataFileWriter.h"
-#include "geometry/Area.h"
 #include "geometry/ResolvePoints.h"
-#include "geometry/ResolveSurveyBuilder.h"
+#include "support/EnteredSurvey.h"
 #include "support/ScriptedDialogs.h"
 #include "ui/DataInputLogic.h"
 #include "ui/EditButtons.h"
@@ -325,64 +321,6 @@ TEST_F(DataInputTest, TagsAreKeptAsTheFileReadsThem) {
   EXPECT_EQ(survey.Datasets[0].DatasetTag, "North, fence");
   EXPECT_EQ(survey.FileTag, "Lot 7south");
   EXPECT_EQ(C("DSTagTxt").text, " North, fence,, ");  // the field keeps what was typed
-}
-
-// A window that enters the rectangle 40 by 30 point by point after "Create New".
-class NewSurveyWindow : public EditWindow {
- public:
-  NewSurveyWindow(Survey& survey, ProcessingState& state, EditState& edit, UndoSnapshot& snapshot,
-                  UserDialogs& dialogs)
-      : dialog(survey, state, edit, snapshot, dialogs) {}
-  void ShowPointDialog() override {
-    dialog.Open();
-    header = dialog.Control("PointValHdrLbl").text;
-    dialog.ChooseUOMCmb(kUnitMeters);
-    dialog.TypeFileTagTxt("Front field");
-    const char* corners[][2] = {{"0", "0"}, {"40", "0"}, {"40", "30"}, {"0", "30"}};
-    for (int i = 0; i < 4; ++i) {
-      if (i > 0) dialog.ClickNext();
-      dialog.TypeDataTxt(0, corners[i][0]);
-      dialog.TypeDataTxt(1, corners[i][1]);
-    }
-    dialog.ClickApply();
-  }
-  void RunProcessing() override {}
-
-  DataInputLogic dialog;
-  std::string header;
-};
-
-double MainArea(Survey& survey) {
-  ProcessingState state;
-  ScriptedDialogs quiet;
-  EXPECT_TRUE(ResolvePoints(survey, state, kFirstPass, quiet));
-  std::vector<int> outline;
-  for (int i = 0; i < survey.DatasetEnd(0); ++i) outline.push_back(i);
-  return OutlineArea(survey, outline);
-}
-
-TEST(CreateNewTest, SurveyEnteredPointByPointSavesAndLoadsWithItsArea) {
-  Survey survey = Entered(kSquare);
-  ProcessingState state;
-  EditState edit{.Changes = kDataChanged, .File = kFileCurrent};
-  UndoSnapshot snapshot;
-  EditButtonsEnabled buttons;
-  ScriptedDialogs dialogs;
-  NewSurveyWindow window(survey, state, edit, snapshot, dialogs);
-  OnCreateNew({survey, state, edit, snapshot, buttons, window});
-
-  EXPECT_EQ(window.header, "New at Point:");
-  EXPECT_EQ(window.dialog.Outcome(), DialogOutcome::Applied);
-  EXPECT_TRUE(dialogs.boxes.empty());
-  EXPECT_TRUE(edit.Unsaved());
-  std::stringstream file;
-  ASSERT_EQ(WriteSurvey(survey, file), 0);
-  Survey loaded;
-  ReadResult read = ReadDataFile(loaded, file);
-  ASSERT_TRUE(CheckLoadedData(loaded, read, dialogs)) << dialogs.last().text;
-  EXPECT_EQ(loaded.FileTag, "Front field");
-  EXPECT_DOUBLE_EQ(MainArea(loaded), 40.0 * 30.0);
-  EXPECT_DOUBLE_EQ(MainArea(loaded), MainArea(survey));
 }
 
 }  // namespace

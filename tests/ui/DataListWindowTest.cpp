@@ -35,15 +35,6 @@ const std::string kBlock =
     "H,M,Home\n1,X,,,0,0\n2,X,,,40.00000000,0\n3,X,,,40,30\n4,X,,,0,30\n"
     "H,L,Road\n5,X,,,0,40\n6,X,,,40,40\n";
 
-TEST_F(DataListWindowTest, OpensWithOnlyInputDataListedFromTheFile) {
-  const DataListWindowLogic window(Load(kBlock));
-  for (int box = 0; box < kShowCount; ++box) EXPECT_EQ(window.ShowCkB(box), box == 0) << box;
-  for (int box = 0; box < kIncludeCount; ++box) EXPECT_TRUE(window.IncludeCkB(box)) << box;
-  EXPECT_FALSE(window.ProcdCkB());
-  EXPECT_EQ(window.listing().LstHdrLbl(), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)  ");
-  EXPECT_EQ(window.listing().DataLst()[2], "  2 X           | 40.000000+          0");
-}
-
 TEST_F(DataListWindowTest, EveryClickRebuildsTheLinesAtOnce) {
   DataListWindowLogic window(Load(kBlock));
   // From the file only the input columns are listed, whatever else is ticked.

@@ -16,16 +16,6 @@ ProcessingState WithArea(double area) {
   return state;
 }
 
-TEST(MainDisplayTest, OpensWithHectaresAndAllOptions) {
-  MainDisplay display;
-  ASSERT_EQ(display.AreaUnitCmb.items.size(), 8u);
-  EXPECT_EQ(display.AreaUnitCmb.items[display.AreaUnitCmb.index], "Hectares");
-  EXPECT_EQ(display.AreaUnitCmb.items[7], "Sq. Chains");
-  EXPECT_EQ(display.DisplayOptions, 15);
-  EXPECT_EQ(display.AreaUnitLbl.text, "Sq. 'Not specified' Units");
-  EXPECT_EQ(display.AreaHdrLbl, "Area");
-}
-
 struct ValueCase {
   double area;
   const char* text;

@@ -40,13 +40,6 @@ std::vector<int> LineEnds(const PlotScene& scene) {
   return ends;
 }
 
-TEST(PlotSceneTest, KindMaskFromTheMode) {
-  EXPECT_EQ(KindMask(0), kDatasetMain);
-  EXPECT_EQ(KindMask(kShowPoints), kDatasetMain | kDatasetPoints);
-  EXPECT_EQ(KindMask(15), kDatasetKindMask);
-  EXPECT_EQ(KindMask(kModeBadPerimeter), kDatasetMain | kDatasetSubDivision | kDatasetLine);
-}
-
 TEST(PlotSceneTest, WidePlotIsScaledByItsWidthAndCentredVertically) {
   Survey survey = PerimeterSurvey({{0, 0}, {100, 0}, {100, 10}, {0, 10}});
   PlotScene scene = Draw(survey);
@@ -115,10 +108,8 @@ INSTANTIATE_TEST_SUITE_P(
         ScaleCase{"twelveAndAHalf", 12.5, kUnitNotSpecified, "Window Width / Height = 12.5 Units"},
         ScaleCase{"five", 5, kUnitNotSpecified, "Window Width / Height = 5.00 Units"},
         ScaleCase{"twoHundredFifty", 250, kUnitNotSpecified, "Window Width / Height = 250 Units"},
-        ScaleCase{"belowOne", 0.25, kUnitNotSpecified, "Window Width / Height = 0.25 Units"},
         ScaleCase{"ninetyNine", 99.94, kUnitNotSpecified, "Window Width / Height = 99.9 Units"},
-        ScaleCase{"meters", 1234, kUnitMeters, "Window Width / Height = 1234 Meters"},
-        ScaleCase{"chains", 7.5, kUnitChains, "Window Width / Height = 7.50 Chains"}),
+        ScaleCase{"meters", 1234, kUnitMeters, "Window Width / Height = 1234 Meters"}),
     [](const auto& info) { return info.param.name; });
 
 TEST(PlotSceneTest, MainPerimeterColoursAndClosingLine) {

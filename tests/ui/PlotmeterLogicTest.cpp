@@ -156,8 +156,6 @@ INSTANTIATE_TEST_SUITE_P(
             "overwriteNo", "old.csv", true, Button::No, "survey.csv", {"File action"}, false},
         FileCommandCase{
             "overwriteYes", "old.csv", true, Button::Yes, "old.csv", {"File action"}, true},
-        FileCommandCase{
-            "noStem", ".csv", false, Button::No, "< No File >", {"Data Function"}, false},
         FileCommandCase{"noFolder",
                         "gone/new.csv",
                         false,
@@ -415,21 +413,6 @@ TEST_F(EditButtonTest, SaveRefusesAFileThatWouldNotLoadAgain) {
                 "\nNon-existent Point Reference [2]. [Point 4]\nPlease correct for a valid file");
   EXPECT_EQ(folder_.Contents(file), kSquareAndLine);
   EXPECT_TRUE(logic_.edit().Unsaved());
-}
-
-TEST_F(EditButtonTest, ModifyShowsTheDialogOnTheSelectedPoint) {
-  ASSERT_TRUE(Load(kSquare).Succeeded());
-  Select(2);
-  std::string header;
-  logic_.ClickEditButton(kModifyButton, dialogs_, [&](DataInputLogic& dialog) {
-    header = dialog.Control("PointValHdrLbl").text + " " + dialog.Control("PointValLbl").text;
-    dialog.TypeDataTxt(0, "200");
-    dialog.ClickApply();
-  });
-  EXPECT_EQ(header, "Modify Point: 3");
-  EXPECT_EQ(Area(), "1.5");
-  EXPECT_TRUE(Enabled(kUndoButton));
-  EXPECT_FALSE(Enabled(kModifyButton));
 }
 
 TEST(TagLabelTest, SideFollowsTheRoomLeftInTheArea) {

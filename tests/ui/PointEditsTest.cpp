@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "geometry/ResolveSurveyBuilder.h"
+#include "support/EnteredSurvey.h"
 #include "support/ScriptedDialogs.h"
 #include "ui/DataInputLogic.h"
 #include "ui/EditButtons.h"

@@ -1,6 +1,8 @@
-// The working part of point resolution, shared by the whole-survey passes of
-// `ResolvePoints` and the one-point check of `CheckEnteredPoint` (see ResolvePoints.h
-// for the two entries and docs/geometry.md for the rules).
+// The point resolver, the working part of point resolution behind the two entries of
+// ResolvePoints.h (the whole-survey passes of `ResolvePoints` and the one-point check of
+// `CheckEnteredPoint`); docs/geometry.md gives the rules. PointResolver.cpp holds the
+// passes, shape points and derived values; PointResolverIntermediates.cpp the placing and
+// resequencing of intermediate points.
 //
 // A pass walks the datasets in order and each dataset's points in order. A point whose
 // position needs a point not worked out yet in this pass (an intermediate point's target,
@@ -70,6 +72,16 @@ enum class Placement { kCoordinate, kGps, kBearingFromPoint, kLength, kNone };
 struct PlacementChoice {
   Placement placement = Placement::kNone;
   std::string_view valueName;
+};
+
+// What an intermediate point's input gives for its place on the line: a co-ordinate or
+// two (GPS values turned into the plane), or a bearing from a reference point.
+struct LineValues {
+  std::optional<float> x;
+  std::optional<float> y;
+  double bearing = 0;
+  int reference = -1;  // the bearing's reference point, -1 when not placed by a bearing
+  std::string_view name;
 };
 
 // Small helpers shared by the two sources of the resolver.
@@ -151,8 +163,10 @@ class Resolver {
   Fault LocateShapePoint(const DatasetRange& range, int i, Located& out);
   Fault LocateIntermediate(const DatasetRange& range, int k, int lineStart, int runEnd,
                            Located& out);
-  Fault PlaceOnLine(int k, PlacementChoice choice, PlanePoint start, PlanePoint target,
-                    Located& out);
+  Fault ReadLineValues(int k, PlacementChoice choice, LineValues& values, std::uint8_t& wait);
+  Fault PlaceOnLine(int k, LineValues values, PlanePoint start, PlanePoint target, Located& out);
+  Fault PlaceByBearing(int k, const LineValues& values, PlanePoint start, PlanePoint target,
+                       Located& out);
   Fault PlaceByLength(const DatasetRange& range, int k, int lineStart, int target, int runEnd,
                       Located& out);
 

@@ -1,4 +1,4 @@
-#include "geometry/PointResolution.h"
+#include "geometry/PointResolver.h"
 
 #include <algorithm>
 #include <cmath>

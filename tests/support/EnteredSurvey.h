@@ -4,14 +4,33 @@
 // and nothing resolved, so a test can hand resolution what the reader would refuse.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "geometry/ProcessingState.h"
+#include "geometry/ResolvePoints.h"
 #include "model/Survey.h"
+#include "model/TypeLetters.h"
+#include "support/ScriptedDialogs.h"
 
 namespace plotmeter::testing {
+
+// Sets a point's flags and marks from its type field's letters, as written.
+inline void ApplyTypeLetters(std::string_view field, Point& point) {
+  for (char letter : field) {
+    if (const TypeLetter* type = FindTypeLetter(letter)) {
+      point.PtFlags |= type->flags;
+      point.PtMarks |= type->marks;
+    } else if (const FlagLetter* flag = FindFlagLetter(letter)) {
+      point.PtFlags |= flag->bit | flag->implies;
+      point.PtMarks |= flag->mark;
+    }
+  }
+}
 
 inline Survey Entered(std::string_view lines, int unit = kUnitMeters) {
   Survey survey;
@@ -30,45 +49,8 @@ inline Survey Entered(std::string_view lines, int unit = kUnitMeters) {
     }
     Point point;
     point.PtNumber = std::stoi(fields[0]);
-    for (char letter : fields[1]) {
-      switch (letter) {
-        case 'D':
-          point.PtMarks |= kMarkDummy;
-          [[fallthrough]];
-        case 'X':
-          point.PtFlags |= kPtXY;
-          break;
-        case 'C':
-          point.PtMarks |= kMarkCompass;
-          [[fallthrough]];
-        case 'B':
-          point.PtFlags |= kPtBearing;
-          break;
-        case 'G':
-          point.PtFlags |= kPtGps;
-          break;
-        case 'A':
-          point.PtFlags |= kPtGps | kPtAltGps;
-          break;
-        case 'L':
-          point.PtFlags |= kPtGps | kPtLink;
-          break;
-        case 'I':
-          point.PtFlags |= kPtIntermediate;
-          break;
-        case 'R':
-        case 'F':
-          point.PtFlags |= kPtReference;
-          break;
-        case 'J':
-          point.PtFlags |= kPtJoin;
-          survey.JoinPointCount++;
-          break;
-        case 's':
-          point.PtMarks |= kMarkShared;
-          break;
-      }
-    }
+    ApplyTypeLetters(fields[1], point);
+    if (point.PtFlags & kPtJoin) survey.JoinPointCount++;
     point.PtRef = fields[2].empty() ? 0 : std::stoi(fields[2]);
     point.PtTarget = fields[3].empty() ? 0 : std::stoi(fields[3]);
     point.InXA = fields[4];
@@ -79,5 +61,19 @@ inline Survey Entered(std::string_view lines, int unit = kUnitMeters) {
   }
   return survey;
 }
+
+// Resolves surveys on a first pass, keeping the state and the boxes shown.
+class ResolveFixture : public ::testing::Test {
+ protected:
+  bool Resolve(Survey& survey) { return ResolvePoints(survey, state, kFirstPass, dialogs); }
+
+  void ExpectAt(const Survey& survey, int i, float x, float y) {
+    EXPECT_NEAR(survey.Points[i].X, x, 1e-4) << "point " << i;
+    EXPECT_NEAR(survey.Points[i].Y, y, 1e-4) << "point " << i;
+  }
+
+  ProcessingState state;
+  ScriptedDialogs dialogs;
+};
 
 }  // namespace plotmeter::testing

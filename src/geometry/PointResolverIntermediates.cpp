@@ -1,10 +1,10 @@
-// Intermediate points: how each kind is put on its line, which points a bearing is
-// measured from, and the resequencing of a run that stands out of order.
+// The point resolver's intermediate points: how each kind is put on its line, which points a
+// bearing is measured from, and the resequencing of a run that stands out of order.
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 
-#include "geometry/PointResolution.h"
+#include "geometry/PointResolver.h"
 
 namespace plotmeter::resolution {
 
@@ -108,30 +108,30 @@ Fault Resolver::LocateIntermediate(const DatasetRange& range, int k, int lineSta
   if (choice.placement == Placement::kLength) {
     return PlaceByLength(range, k, lineStart, target, runEnd, out);
   }
+  // The values are read first, so that a bad text is reported whether or not the line is
+  // known yet.
   out.wait = PositionWait(lineStart) | PositionWait(target);
-  Fault fault = PlaceOnLine(k, choice, Position(lineStart), Position(target), out);
+  LineValues values;
+  Fault fault = ReadLineValues(k, choice, values, out.wait);
   if (fault || out.wait) return fault;
+  fault = PlaceOnLine(k, values, Position(lineStart), Position(target), out);
+  if (fault) return fault;
   if (!IsFinite(out.pos)) return FaultAt(FaultKind::kInvalidData, k);
   return {};
 }
 
-// Placement by a co-ordinate, a GPS position or a bearing from an existing point. The
-// values are read first, so that a bad text is reported whether or not the line is
-// known yet; `out.wait` already holds the wait on the line's two ends.
-Fault Resolver::PlaceOnLine(int k, PlacementChoice choice, PlanePoint start, PlanePoint target,
-                            Located& out) {
+// The values of a placement by a co-ordinate, a GPS position or a bearing from an
+// existing point. `wait` gains the wait on the GPS tie or on the bearing's reference.
+Fault Resolver::ReadLineValues(int k, PlacementChoice choice, LineValues& values,
+                               std::uint8_t& wait) {
   const Point& p = At(k);
-  std::optional<float> x;
-  std::optional<float> y;
-  std::string_view name = choice.valueName;
-  double bearing = 0;
-  int reference = -1;
+  values.name = choice.valueName;
   switch (choice.placement) {
     case Placement::kCoordinate:
-      if (!ReadOptionalLength(p.InXA, x) || !ReadOptionalLength(p.InYL, y)) {
+      if (!ReadOptionalLength(p.InXA, values.x) || !ReadOptionalLength(p.InYL, values.y)) {
         return FaultAt(FaultKind::kInvalidData, k);
       }
-      break;
+      return {};
     case Placement::kGps: {
       std::optional<double> longitude;
       std::optional<double> latitude;
@@ -139,67 +139,81 @@ Fault Resolver::PlaceOnLine(int k, PlacementChoice choice, PlanePoint start, Pla
           !ReadOptionalGps(p.InGPSLat, true, latitude)) {
         return FaultAt(FaultKind::kInvalidData, k);
       }
-      if (!longitude && !latitude) return InterimFault(k, kInterimNoInput, name);
-      out.wait |= TieWait();
-      if (out.wait) return {};
+      if (!longitude && !latitude) return InterimFault(k, kInterimNoInput, values.name);
+      wait |= TieWait();
+      if (wait) return {};
       GpsTie tie = Tie();
       GpsPosition gps{longitude.value_or(tie.gps.longitude), latitude.value_or(tie.gps.latitude)};
       std::uint8_t errors = 0;
       PlanePoint q = PlaneFromGps(survey_.UnitOfMeasure, tie, gps, errors);
       state_.ErrorState |= errors;
       if (errors) return FaultAt(FaultKind::kInvalidData, k);
-      if (longitude) x = q.x;
-      if (latitude) y = q.y;
-      if (!latitude) name = kNameLongitude;
-      if (!longitude) name = kNameLatitude;
-      break;
+      if (longitude) values.x = q.x;
+      if (latitude) values.y = q.y;
+      if (!latitude) values.name = kNameLongitude;
+      if (!longitude) values.name = kNameLatitude;
+      return {};
     }
     case Placement::kBearingFromPoint:
-      if (!ReadAngle(p.InXA, k, bearing)) return FaultAt(FaultKind::kInvalidData, k);
-      reference = Lookup(p.PtRef);
-      if (reference < 0 || reference == k) return FaultAt(FaultKind::kBadReference, k);
-      out.wait |= PositionWait(reference);
-      break;
+      if (!ReadAngle(p.InXA, k, values.bearing)) return FaultAt(FaultKind::kInvalidData, k);
+      values.reference = Lookup(p.PtRef);
+      if (values.reference < 0 || values.reference == k) {
+        return FaultAt(FaultKind::kBadReference, k);
+      }
+      wait |= PositionWait(values.reference);
+      return {};
     case Placement::kLength:
     case Placement::kNone:
-      return InterimFault(k, kInterimNoInput, name);
+      break;
   }
-  if (out.wait) return {};
-  if (SamePosition(start, target)) return InterimFault(k, kInterimNoInput, name);
+  return InterimFault(k, kInterimNoInput, values.name);
+}
 
+// Puts point `k` on the line from `start` to `target` by the values read for it.
+Fault Resolver::PlaceOnLine(int k, LineValues values, PlanePoint start, PlanePoint target,
+                            Located& out) {
+  if (SamePosition(start, target)) return InterimFault(k, kInterimNoInput, values.name);
+  if (values.reference >= 0) return PlaceByBearing(k, values, start, target, out);
+  const std::optional<float> x = values.x;
+  const std::optional<float> y = values.y;
   double t = 0;
-  if (choice.placement == Placement::kBearingFromPoint) {
-    PlanePoint from = Position(reference);
-    PlanePoint ahead = PointAtBearing({}, bearing, 1.0f);
-    double dx = static_cast<double>(target.x) - start.x;
-    double dy = static_cast<double>(target.y) - start.y;
-    double sx = static_cast<double>(start.x) - from.x;
-    double sy = static_cast<double>(start.y) - from.y;
-    double denominator = Cross(ahead.x, ahead.y, dx, dy);
-    if (denominator == 0) return InterimFault(k, kInterimNoInput, name);
-    double along = Cross(sx, sy, dx, dy) / denominator;
-    t = Cross(sx, sy, ahead.x, ahead.y) / denominator;
-    if (!(along > 0) || !StrictlyInside(t)) return InterimFault(k, kInterimOutOfRange, name);
-    out.pos = PointOnLine(start, target, t);
-    return {};
-  }
   if (x && y) {
     t = LineParameter(start, target, {*x, *y});
   } else if (x) {
-    if (name == kNameCoordinate) name = kNameX;
-    if (start.x == target.x) return InterimFault(k, kInterimNoInput, name);
+    if (values.name == kNameCoordinate) values.name = kNameX;
+    if (start.x == target.x) return InterimFault(k, kInterimNoInput, values.name);
     t = (static_cast<double>(*x) - start.x) / (static_cast<double>(target.x) - start.x);
   } else if (y) {
-    if (name == kNameCoordinate) name = kNameY;
-    if (start.y == target.y) return InterimFault(k, kInterimNoInput, name);
+    if (values.name == kNameCoordinate) values.name = kNameY;
+    if (start.y == target.y) return InterimFault(k, kInterimNoInput, values.name);
     t = (static_cast<double>(*y) - start.y) / (static_cast<double>(target.y) - start.y);
   } else {
-    return InterimFault(k, kInterimNoInput, name);
+    return InterimFault(k, kInterimNoInput, values.name);
   }
-  if (!StrictlyInside(t)) return InterimFault(k, kInterimOutOfRange, name);
+  if (!StrictlyInside(t)) return InterimFault(k, kInterimOutOfRange, values.name);
   out.pos = PointOnLine(start, target, t);
   if (x && !y) out.pos.x = *x;  // the one given value stands as entered
   if (y && !x) out.pos.y = *y;
+  return {};
+}
+
+// Where the line from the reference point in the given bearing meets the line ahead of it.
+Fault Resolver::PlaceByBearing(int k, const LineValues& values, PlanePoint start, PlanePoint target,
+                               Located& out) {
+  PlanePoint from = Position(values.reference);
+  PlanePoint ahead = PointAtBearing({}, values.bearing, 1.0f);
+  double dx = static_cast<double>(target.x) - start.x;
+  double dy = static_cast<double>(target.y) - start.y;
+  double sx = static_cast<double>(start.x) - from.x;
+  double sy = static_cast<double>(start.y) - from.y;
+  double denominator = Cross(ahead.x, ahead.y, dx, dy);
+  if (denominator == 0) return InterimFault(k, kInterimNoInput, values.name);
+  double along = Cross(sx, sy, dx, dy) / denominator;
+  double t = Cross(sx, sy, ahead.x, ahead.y) / denominator;
+  if (!(along > 0) || !StrictlyInside(t)) {
+    return InterimFault(k, kInterimOutOfRange, values.name);
+  }
+  out.pos = PointOnLine(start, target, t);
   return {};
 }
 
