@@ -14,7 +14,7 @@ cmake --build "$build" --target plotmeter_fuzz -j "$(nproc)"
 corpus=$build/fuzz-corpus
 findings=$build/fuzz-findings
 mkdir -p "$corpus" "$findings"
-cp examples/*.csv tests/data/*.csv fuzz/seeds/*.csv "$corpus"/
+cp examples/*.csv fuzz/seeds/*.csv "$corpus"/
 find tests/data/fuzz-regressions -type f ! -name README -exec cp {} "$corpus"/ \;
 export ASAN_OPTIONS=detect_leaks=1
 # The target saves files (with fsync) on every input: keep them in memory when possible,
