@@ -203,9 +203,10 @@ bool IsIncluded(const std::array<bool, kIncludeCount>& include, char code) {
 
 std::string DatasetHeadingLine(char code, int pointCount, std::string_view tag) {
   const std::string_view words = DatasetKindWords(code, pointCount);
-  std::string line = words.empty()
-                         ? "ERROR Invalid Dataset code"
-                         : "[" + std::string(1, code) + "] Dataset as " + std::string(words);
+  // Built by appending: g++ 12 -O3 wrongly warns (-Wrestrict) on text put before a temporary.
+  std::string line = "ERROR Invalid Dataset code";
+  if (!words.empty())
+    line = std::string(1, '[').append(1, code).append("] Dataset as ").append(words);
   if (!tag.empty()) {
     line += " for '";
     line += tag;
