@@ -6,7 +6,8 @@
 
 namespace plotmeter::qt {
 
-// Courier New where it is installed, otherwise the system's fixed-pitch font.
+// Courier New where it is installed, otherwise the system's fixed-pitch font, otherwise
+// the first family that is fixed-pitch.
 QFont ListingFont();
 
 }  // namespace plotmeter::qt
