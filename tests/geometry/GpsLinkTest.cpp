@@ -12,39 +12,31 @@ namespace {
 
 constexpr double kMinute = 1.0 / 60;
 
-struct OffsetCase {
-  int unit;
-  GpsPosition point;
-  GpsPosition other;
-  double east;  // survey units
-  double north;
-};
-
-class GpsOffsetTest : public ::testing::TestWithParam<OffsetCase> {};
-
-TEST_P(GpsOffsetTest, MatchesTheNauticalMileRule) {
-  const OffsetCase& c = GetParam();
-  std::uint8_t errors = 0;
-  PlaneOffset offset = GpsOffset(c.unit, c.point, c.other, errors);
-  EXPECT_NEAR(offset.east, c.east, std::fabs(c.east) * 1e-6 + 1e-3);
-  EXPECT_NEAR(offset.north, c.north, std::fabs(c.north) * 1e-6 + 1e-3);
-  EXPECT_EQ(errors, 0);
-}
-
 // One minute of latitude is 1852 m; one minute of longitude is 1852 m times the cosine of
 // the mean latitude. Hand-computed in the units' own lengths.
-INSTANTIATE_TEST_SUITE_P(
-    HandComputed, GpsOffsetTest,
-    ::testing::Values(OffsetCase{kUnitMeters, {0, kMinute}, {0, 0}, 0, 1852},
-                      OffsetCase{kUnitMeters, {kMinute, 0}, {0, 0}, 1852, 0},
-                      OffsetCase{kUnitMeters, {150 + kMinute, -60}, {150, -60}, 926, 0},
-                      OffsetCase{kUnitMeters, {150, -60 - 2 * kMinute}, {150, -60}, 0, -3704},
-                      OffsetCase{kUnitKilometers, {0, kMinute}, {0, 0}, 0, 1.852},
-                      OffsetCase{kUnitFeet, {0, kMinute}, {0, 0}, 0, 1852 / 0.3048},
-                      OffsetCase{kUnitMiles, {0, 10 * kMinute}, {0, 0}, 0, 18520 / 1609.344},
-                      OffsetCase{kUnitChains, {kMinute, 0}, {0, 0}, 1852 / 20.1168, 0},
-                      // Across the 0 meridian: 359.999 E is 0.001 W, the short way round.
-                      OffsetCase{kUnitMeters, {0.001, 0}, {359.999, 0}, 0.002 * 60 * 1852, 0}));
+TEST(GpsOffsetTest, MatchesTheNauticalMileRule) {
+  const struct {
+    int unit;
+    GpsPosition point, other;
+    double east, north;  // survey units
+  } rows[] = {{kUnitMeters, {0, kMinute}, {0, 0}, 0, 1852},
+              {kUnitMeters, {kMinute, 0}, {0, 0}, 1852, 0},
+              {kUnitMeters, {150 + kMinute, -60}, {150, -60}, 926, 0},
+              {kUnitMeters, {150, -60 - 2 * kMinute}, {150, -60}, 0, -3704},
+              {kUnitKilometers, {0, kMinute}, {0, 0}, 0, 1.852},
+              {kUnitFeet, {0, kMinute}, {0, 0}, 0, 1852 / 0.3048},
+              {kUnitMiles, {0, 10 * kMinute}, {0, 0}, 0, 18520 / 1609.344},
+              {kUnitChains, {kMinute, 0}, {0, 0}, 1852 / 20.1168, 0},
+              // Across the 0 meridian: 359.999 E is 0.001 W, the short way round.
+              {kUnitMeters, {0.001, 0}, {359.999, 0}, 0.002 * 60 * 1852, 0}};
+  for (const auto& row : rows) {
+    std::uint8_t errors = 0;
+    PlaneOffset offset = GpsOffset(row.unit, row.point, row.other, errors);
+    EXPECT_NEAR(offset.east, row.east, std::fabs(row.east) * 1e-6 + 1e-3) << row.point.longitude;
+    EXPECT_NEAR(offset.north, row.north, std::fabs(row.north) * 1e-6 + 1e-3) << row.unit;
+    EXPECT_EQ(errors, 0);
+  }
+}
 
 TEST(GpsOffsetTest, WithoutAUnitIsZeroAndMarksInvalidData) {
   std::uint8_t errors = 0;
