@@ -67,13 +67,9 @@ TEST(CheckEnteredPointTest, NamesThePointAndTheFault) {
     if (row.insert) {
       survey.Points.insert(survey.Points.begin() + row.index, typed);
     } else {
-      Point& point = survey.Points[row.index];
-      point.PtFlags = typed.PtFlags;
-      point.PtRef = typed.PtRef;
-      point.InXA = typed.InXA;
-      point.InYL = typed.InYL;
-      point.InGPSLong = typed.InGPSLong;
-      point.InGPSLat = typed.InGPSLat;
+      typed.X = survey.Points[row.index].X;
+      typed.Y = survey.Points[row.index].Y;
+      survey.Points[row.index] = typed;
     }
     const Point before = survey.Points[row.index];
     state.ErrorState = 0x08;

@@ -1,11 +1,15 @@
+// Point resolution: surveys typed as data lines, resolved on a first pass, and their
+// points and closing lines written out one by one.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "geometry/GpsLink.h"
-#include "geometry/Resolution.h"
+#include "support/EnteredSurvey.h"
 
 namespace plotmeter {
 namespace {
@@ -13,7 +17,47 @@ namespace {
 using testing::Entered;
 using testing::ScriptedDialogs;
 
-using ResolvePointsTest = testing::Resolution;
+// Rounded to 4 decimals, without a minus sign on 0.
+std::string Rounded(double value) {
+  std::ostringstream text;
+  text.precision(12);
+  text << std::round(value * 1e4) / 1e4 + 0.0;
+  return text.str();
+}
+
+// "0,0 0/0; 10,0 90/10": each point's position, bearing and length.
+std::string PointsText(const Survey& survey) {
+  std::string text;
+  for (const Point& p : survey.Points) {
+    if (!text.empty()) text += "; ";
+    text += Rounded(p.X) + "," + Rounded(p.Y) + " " + Rounded(p.Bearing) + "/" + Rounded(p.Len);
+  }
+  return text;
+}
+
+// "225/14.1421; 0/0": each dataset's closing line, bearing and length.
+std::string ClosingText(const Survey& survey) {
+  std::string text;
+  for (const Dataset& set : survey.Datasets) {
+    if (!text.empty()) text += "; ";
+    text += Rounded(set.ClosingBearing) + "/" + Rounded(set.ClosingLen);
+  }
+  return text;
+}
+
+class ResolvePointsTest : public testing::ResolveFixture {
+ protected:
+  // The points of `survey` once resolved, which it must be without a box.
+  std::string Resolved(Survey& survey) {
+    EXPECT_TRUE(Resolve(survey));
+    EXPECT_TRUE(dialogs.boxes.empty());
+    return PointsText(survey);
+  }
+  std::string Resolved(const std::string& lines) {
+    Survey survey = Entered(lines);
+    return Resolved(survey);
+  }
+};
 
 // Bearings are clockwise from north; a point given by co-ordinates gets the bearing and
 // length of the line from the point before, and may stand on an earlier point that is
@@ -23,8 +67,7 @@ TEST_F(ResolvePointsTest, TraverseAndCoordinatesGiveEachOthersValues) {
       Entered("H,M\n1,X,,,100,200\n2,B,,,90,40\n3,B,,,0,30\n4,B,,,270,40\n5,B,,,180,10");
   EXPECT_EQ(Resolved(survey),
             "100,200 0/0; 140,200 90/40; 140,230 0/30; 100,230 270/40; 100,220 180/10");
-  EXPECT_EQ(survey.Datasets[0].ClosingBearing, 180);
-  EXPECT_NEAR(survey.Datasets[0].ClosingLen, 20, 1e-4);
+  EXPECT_EQ(ClosingText(survey), "180/20");
   EXPECT_EQ(Resolved("H,N\n1,X,,,5,2\n2,X,,,-7.5,2\n3,X,,,-4.5,-2\n4,X,,,5,2"),
             "5,2 0/0; -7.5,2 270/12.5; -4.5,-2 143.1301/5; 5,2 67.1663/10.3078");
   // A compass bearing has the declination taken off.
@@ -82,28 +125,18 @@ TEST_F(ResolvePointsTest, ClosingLines) {
       "H,L\n6,X,,,0,0\n7,X,,,3,0");
   survey.Datasets[2].ClosingLen = 7;
   Resolved(survey);
-  EXPECT_NEAR(survey.Datasets[0].ClosingBearing, 225, 1e-4);
-  EXPECT_NEAR(survey.Datasets[0].ClosingLen, std::hypot(10, 10), 1e-4);
-  EXPECT_EQ(survey.Datasets[1].ClosingBearing, 90);
-  EXPECT_EQ(survey.Datasets[1].ClosingLen, 5);
-  EXPECT_EQ(survey.Datasets[2].ClosingLen, 0);
-
+  EXPECT_EQ(ClosingText(survey), "225/14.1421; 90/5; 0/0");
   survey = Entered(
       "H,M\n1,X,,,0,0\n2,XJ,,,10,0\n3,X,,,10,10\n4,XJ,,,0,10\n"
       "H,S\n5,D,,,10,0\n6,X,,,6,4\n7,X,,,-1,10.5");
   Resolved(survey);
-  EXPECT_NEAR(survey.Datasets[1].ClosingLen, std::hypot(1, 0.5), 1e-5);
-  EXPECT_NEAR(survey.Datasets[1].ClosingBearing, 90 + std::atan(0.5) * 180 / M_PI, 1e-4);
-  EXPECT_EQ(survey.Datasets[0].ClosingBearing, 180);
-  EXPECT_EQ(survey.Datasets[0].ClosingLen, 10);
-
+  EXPECT_EQ(ClosingText(survey), "180/10; 116.5651/1.118");
   Survey empty;
   EXPECT_EQ(Resolved(empty), "");
   survey = Entered("H,M\n1,X,,,4,4\nH,S\nH,L\n2,X,,,1,1");
   survey.Datasets[0].ClosingLen = 9;
   EXPECT_EQ(Resolved(survey), "4,4 0/0; 1,1 0/0");
-  EXPECT_EQ(survey.Datasets[0].ClosingLen, 0);
-  EXPECT_EQ(survey.Datasets[1].ClosingLen, 0);
+  EXPECT_EQ(ClosingText(survey), "0/0; 0/0; 0/0");
 }
 
 TEST_F(ResolvePointsTest, LongTraverseResolves) {
@@ -115,6 +148,87 @@ TEST_F(ResolvePointsTest, LongTraverseResolves) {
   ASSERT_TRUE(Resolve(survey));
   EXPECT_NEAR(survey.Points.back().X, count / 2, 1e-1);
   EXPECT_NEAR(survey.Points.back().Y, count / 2 - 1, 1e-1);
+}
+
+// ---- Intermediate points, on their lines ----
+
+TEST_F(ResolvePointsTest, IntermediateCoordinatesAreBroughtOntoTheLine) {
+  // The line from (0, 0) to (10, 10): X alone, Y alone, or both pulled onto the line.
+  auto typed = [&](const char* values) {
+    return "H,M\n1,X,,,0,0\n2,XI,,," + std::string(values) + "\n3,X,,,10,10";
+  };
+  EXPECT_EQ(Resolved(typed("4,")), "0,0 0/0; 4,4 45/5.6569; 10,10 45/8.4853");
+  EXPECT_EQ(Resolved(typed(",2.5")), "0,0 0/0; 2.5,2.5 45/3.5355; 10,10 45/10.6066");
+  EXPECT_EQ(Resolved(typed("2,6")), "0,0 0/0; 4,4 45/5.6569; 10,10 45/8.4853");
+}
+
+// A target named further on waits for a repeat pass; a bearing from an existing point
+// meets the line; a length runs along the line from the point before.
+TEST_F(ResolvePointsTest, IntermediateByTargetBearingAndLength) {
+  EXPECT_EQ(Resolved("H,M\n1,X,,,0,0\n2,XI,,4,,5\n3,X,,,10,0\n4,X,,,10,10"),
+            "0,0 0/0; 5,5 45/7.0711; 10,0 135/7.0711; 10,10 0/10");
+  EXPECT_NE(state.ProcessState & kPassComplete, 0);
+  EXPECT_EQ(state.ProcessState & kTargetRepassNeeded, 0);
+  EXPECT_EQ(state.ErrorState, 0);
+  EXPECT_EQ(Resolved("H,M\n1,X,,,0,-3\n2,X,,,0,0\n3,BI,1,,45,\n4,X,,,10,0"),
+            "0,-3 0/0; 0,0 0/3; 3,0 90/3; 10,0 90/7");
+  EXPECT_EQ(Resolved("H,N\n1,X,,,0,0\n2,BI,,,,3\n3,BI,,,,4\n4,X,,,0,-10"),
+            "0,0 0/0; 0,-3 180/3; 0,-7 180/4; 0,-10 180/3");
+}
+
+// A point given by a length is a station the next bearing starts from; one given by a
+// co-ordinate is a mark on the line and is not.
+TEST_F(ResolvePointsTest, NextBearingIsMeasuredFromALengthPointButNotACoordinatePoint) {
+  EXPECT_EQ(Resolved("H,N\n1,X,,,0,0\n2,BI,,,,4\n3,B,,,90,6"), "0,0 0/0; 4,0 90/4; 10,0 90/6");
+  EXPECT_EQ(Resolved("H,N\n1,X,,,0,0\n2,XI,,,3,\n3,B,,,90,10"), "0,0 0/0; 3,0 90/3; 10,0 90/10");
+  // A bearing measured from the run gives the line its direction: dropping the length
+  // point and lengthening the next keeps the next point's place.
+  Survey with = Entered("H,N\n1,X,,,2,1\n2,BI,,,,4.5\n3,B,,,30,6.25");
+  Survey without = Entered("H,N\n1,X,,,2,1\n2,B,,,30,10.75");
+  Resolved(with);
+  Resolved(without);
+  EXPECT_NEAR(with.Points[2].X, without.Points[1].X, 1e-4);
+  EXPECT_NEAR(with.Points[2].Y, without.Points[1].Y, 1e-4);
+}
+
+TEST_F(ResolvePointsTest, GpsIntermediateIsPlacedThroughTheLink) {
+  // One minute of latitude north of the link is 1852 m along a line due north.
+  Survey survey = Entered(
+      "H,M\n1,XL,,,0,0,151,-33\n2,GI,,,,,151.001,-32.9833333333\n3,X,,,0,5000\n"
+      "4,X,,,-100,5000");
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_NEAR(survey.Points[1].X, 0, 1e-4);
+  EXPECT_NEAR(survey.Points[1].Y, 1852, 1e-2);
+  EXPECT_FALSE(survey.Points[1].HasAlternate);
+  // One GPS value alone finds its place on a diagonal line.
+  survey =
+      Entered("H,M\n1,XL,,,0,0,151,-33\n2,GI,,,,,,-32.9833333333\n3,X,,,5000,5000\n4,X,,,5000,0");
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_NEAR(survey.Points[1].Y, 1852, 1e-2);
+  EXPECT_NEAR(survey.Points[1].X, 1852, 1e-2);
+}
+
+TEST_F(ResolvePointsTest, OutOfOrderIntermediatesAreResequencedAndMarked) {
+  Survey survey = Entered(
+      "H,M\n1,X,,,0,0\n2,XI,,,3,\n3,XI,,,7,\n4,XI,,,5,\n5,X,,,10,0\n6,X,,,10,10\n"
+      "H,L\n7,R,3\n8,B,,,0,1");
+  ASSERT_TRUE(Resolve(survey));
+  std::vector<int> numbers;
+  for (const Point& p : survey.Points) numbers.push_back(p.PtNumber);
+  EXPECT_EQ(numbers, (std::vector<int>{1, 2, 4, 3, 5, 6, 7, 8}));
+  // Each point has its length from its new previous point; the line still starts at
+  // point number 3, wherever its record went.
+  EXPECT_EQ(PointsText(survey),
+            "0,0 0/0; 3,0 90/3; 5,0 90/2; 7,0 90/2; 10,0 90/3; 10,10 0/10; 7,0 0/0; 7,1 0/1");
+  EXPECT_EQ(survey.Points[1].PtMarks & kMarkShared, 0);
+  EXPECT_NE(survey.Points[2].PtMarks & kMarkShared, 0);
+  EXPECT_NE(survey.Points[3].PtMarks & kMarkShared, 0);
+  EXPECT_EQ(state.ErrorState, kErrorResequenced);
+  // Resolved again, the points stand in order: no note, no marks.
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_EQ(state.ErrorState, 0);
+  EXPECT_EQ(survey.Points[2].PtMarks & kMarkShared, 0);
+  EXPECT_TRUE(dialogs.boxes.empty());
 }
 
 // ---- GPS values, through the link point ----
@@ -250,105 +364,102 @@ constexpr char kRepeatFailed[] =
 constexpr char kBadInterim[] = "Bad Interim Point data";
 constexpr char kInvalidData[] = "Invalid Data found, please check data\nat point ";
 
-struct FaultRow {
-  const char* name;
-  Survey survey;
-  const char* title;
-  std::string text;
-};
-
-void PrintTo(const FaultRow& row, std::ostream* out) { *out << row.name; }
-
-class ResolveFaultTest : public testing::ResolveFixture,
-                         public ::testing::WithParamInterface<FaultRow> {};
-
-TEST_P(ResolveFaultTest, ShowsOneCriticalBox) {
-  Survey survey = GetParam().survey;
-  state.ErrorState = 0x08;
-  state.ProcessState = kPassComplete;
-  EXPECT_FALSE(Resolve(survey));
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  EXPECT_EQ(dialogs.last().title, GetParam().title);
-  EXPECT_EQ(dialogs.last().text, GetParam().text);
-  EXPECT_EQ(dialogs.last().icon, Icon::Critical);
-  EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
-  EXPECT_EQ(dialogs.beeps, 1);
-  EXPECT_EQ(state.ErrorState & ~kErrorExitMask, 0);
-  EXPECT_EQ(state.ErrorState & 0x08, 0x08);
-  EXPECT_EQ(state.ProcessState & kPassComplete, 0);
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Rows, ResolveFaultTest, ::testing::Values(
-    FaultRow{"IdenticalPoints", Entered("H,M\n1,X,,,0,0\n2,X,,,10,0\n17,X,,,10,0\n4,X,,,0,9"),
+// Each fault shows one critical box, beeps, masks the error state (0x08 stays) and
+// leaves the pass incomplete.
+TEST(ResolvePointsFaultTest, ShowsOneCriticalBox) {
+  const struct {
+    const char* name;
+    Survey survey;
+    const char* title;
+    std::string text;
+  } rows[] = {
+      // clang-format off
+    {"IdenticalPoints", Entered("H,M\n1,X,,,0,0\n2,X,,,10,0\n17,X,,,10,0\n4,X,,,0,9"),
              kFailed, "Point number 17 is identical to the preceding point" + kChange},
-    FaultRow{"IntermediateOnItsPreviousPoint",
+    {"IntermediateOnItsPreviousPoint",
              Entered("H,N\n1,X,,,0,0\n2,XI,,,4,\n3,XI,,,4,\n4,X,,,10,0"),
              kFailed, "Point number 3 is identical to the preceding point" + kChange},
-    FaultRow{"ReferenceMissing", Entered("H,N\n1,X,,,0,0\n2,R,9"), kFailed, kBadReference},
-    FaultRow{"ReferenceSelf", Entered("H,N\n1,X,,,0,0\n2,R,2"), kFailed, kBadReference},
-    FaultRow{"FromMissing", Entered("H,N\n1,X,,,0,0\n2,BF,40,,0,1"), kFailed, kBadReference},
-    FaultRow{"FromSelf", Entered("H,N\n1,X,,,0,0\n2,BF,2,,0,1"), kFailed, kBadReference},
-    FaultRow{"BearingFirst", Entered("H,N\n1,B,,,0,1\n2,X,,,0,0"), kFailed, kBadReference},
-    FaultRow{"TargetMissing", Entered("H,N\n1,X,,,0,0\n2,XI,,77,5,0\n3,X,,,10,0"), kFailed,
+    {"ReferenceMissing", Entered("H,N\n1,X,,,0,0\n2,R,9"), kFailed, kBadReference},
+    {"ReferenceSelf", Entered("H,N\n1,X,,,0,0\n2,R,2"), kFailed, kBadReference},
+    {"FromMissing", Entered("H,N\n1,X,,,0,0\n2,BF,40,,0,1"), kFailed, kBadReference},
+    {"FromSelf", Entered("H,N\n1,X,,,0,0\n2,BF,2,,0,1"), kFailed, kBadReference},
+    {"BearingFirst", Entered("H,N\n1,B,,,0,1\n2,X,,,0,0"), kFailed, kBadReference},
+    {"TargetMissing", Entered("H,N\n1,X,,,0,0\n2,XI,,77,5,0\n3,X,,,10,0"), kFailed,
              kBadReference},
-    FaultRow{"DuplicateNumber", Entered("H,M\n1,X,,,0,0\n3,X,,,10,0\n3,X,,,10,10\nH,L\n4,R,3"),
+    {"DuplicateNumber", Entered("H,M\n1,X,,,0,0\n3,X,,,10,0\n3,X,,,10,10\nH,L\n4,R,3"),
              kFailed, kBadReference},
-    FaultRow{"CircularReferences", Entered("H,N\n1,X,,,0,0\nH,L\n2,R,3\n3,R,2"), kFailed,
+    {"CircularReferences", Entered("H,N\n1,X,,,0,0\nH,L\n2,R,3\n3,R,2"), kFailed,
              kRepeatFailed},
     // The line's start waits on the main dataset; its second point then lands on it.
-    FaultRow{"FaultInARepeatPass",
+    {"FaultInARepeatPass",
              Entered("H,L\n1,R,4\n2,X,,,20,0\nH,M\n3,X,,,0,0\n4,X,,,20,0\n5,X,,,20,20"),
              kFailed, kRepeatFailed},
-    FaultRow{"LinkHangingOnAGpsPoint",
+    {"LinkHangingOnAGpsPoint",
              Entered("H,M\n1,X,,,0,0\n2,G,,,,,151,-33\n3,BL,,,90,10,151.1,-33"),
              kFailed, kRepeatFailed},
-    FaultRow{"MinutesOf60", Entered("H,N\n1,X,,,0,0\n2,X,,,1,3\n12,B,,,10\\60,4"), kInvalid,
+    {"MinutesOf60", Entered("H,N\n1,X,,,0,0\n2,X,,,1,3\n12,B,,,10\\60,4"), kInvalid,
              "Minutes or Seconds values found >= 60\nat point 12"},
-    FaultRow{"NotANumber", Entered("H,N\n1,X,,,0,0\n2,X,,,abc,3"), kInvalid,
+    {"NotANumber", Entered("H,N\n1,X,,,0,0\n2,X,,,abc,3"), kInvalid,
              kInvalidData + std::string("2")},
-    FaultRow{"SeparatorWithoutUnit", Entered("H,N\n1,X,,,0,0\n2,X,,,5\\6,3", kUnitNotSpecified),
+    {"SeparatorWithoutUnit", Entered("H,N\n1,X,,,0,0\n2,X,,,5\\6,3", kUnitNotSpecified),
              kInvalid,
              "Units separator found, invalid with 'Unspecified' Unit of Measure\nat point 2"},
-    FaultRow{"SeparatorInMeters", Entered("H,N\n1,X,,,0,0\n2,X,,,5\\6,3"), kInvalid,
+    {"SeparatorInMeters", Entered("H,N\n1,X,,,0,0\n2,X,,,5\\6,3"), kInvalid,
              "Invalid units separator found, deg/min/sec, feet/inches, etc.\nat point 2"},
-    FaultRow{"OverflowingPosition", Entered("H,N\n1,X,,,3e38,0\n2,B,,,90,3e38"), kInvalid,
+    {"OverflowingPosition", Entered("H,N\n1,X,,,3e38,0\n2,B,,,90,3e38"), kInvalid,
              "Invalid Data encounted in processing\nat point 2"},
-    FaultRow{"PointWithoutInput", Entered("H,N\n1,X,,,0,0\n2,"), kInvalid,
+    {"PointWithoutInput", Entered("H,N\n1,X,,,0,0\n2,"), kInvalid,
              kInvalidData + std::string("2")},
-    FaultRow{"DatasetsOutOfOrder", DatasetsOutOfOrder(), kInvalid,
+    {"DatasetsOutOfOrder", DatasetsOutOfOrder(), kInvalid,
              kInvalidData + std::string("1")},
-    FaultRow{"PointsWithoutDataset", Entered("1,X,,,0,0"), kInvalid,
+    {"PointsWithoutDataset", Entered("1,X,,,0,0"), kInvalid,
              kInvalidData + std::string("1")},
-    FaultRow{"GpsWithoutAUnit", Entered("H,M\n1,G,,,,,151,-33\n2,G,,,,,151.1,-33",
+    {"GpsWithoutAUnit", Entered("H,M\n1,G,,,,,151,-33\n2,G,,,,,151.1,-33",
                                         kUnitNotSpecified),
              kInvalid, kInvalidData + std::string("1")},
-    FaultRow{"UnreadableGps", Entered("H,M\n1,XL,,,100,200,151,-33\n2,G,,,,,151,south"),
+    {"UnreadableGps", Entered("H,M\n1,XL,,,100,200,151,-33\n2,G,,,,,151,south"),
              kInvalid, kInvalidData + std::string("2")},
-    FaultRow{"MixedDataWithoutALink", Entered("H,M\n1,X,,,0,0\n2,G,,,,,151,-33"), kFailed,
+    {"MixedDataWithoutALink", Entered("H,M\n1,X,,,0,0\n2,G,,,,,151,-33"), kFailed,
              "Attempting to generate GPS values without a GPS linked point.\n"
              "Ensure one point is flagged as the designated link point."},
-    FaultRow{"GpsOnlyWithoutGpsInput", GpsOnly(Entered("H,M\n1,X,,,0,0\n2,X,,,1,0")), kFailed,
+    {"GpsOnlyWithoutGpsInput", GpsOnly(Entered("H,M\n1,X,,,0,0\n2,X,,,1,0")), kFailed,
              "Attempting to generate GPS values without a GPS reference point.\n"
              "Ensure at least input data for one point also includes GPS values."},
     // Intermediate points that cannot be placed on their line; each placement's own
     // faults are CheckEnteredPointTest's, which names them.
-    FaultRow{"FirstPointIntermediate", Entered("H,N\n1,XI,,,3,\n2,X,,,9,9"), kFailed,
+    {"FirstPointIntermediate", Entered("H,N\n1,XI,,,3,\n2,X,,,9,9"), kFailed,
              kBadInterim},
-    FaultRow{"LastPointWithoutTarget", Entered("H,N\n1,X,,,0,0\n2,XI,,,3,\nH,L\n3,X,,,9,9"),
+    {"LastPointWithoutTarget", Entered("H,N\n1,X,,,0,0\n2,XI,,,3,\nH,L\n3,X,,,9,9"),
              kFailed, kBadInterim},
-    FaultRow{"RunWithALengthPointOutOfOrder",
+    {"RunWithALengthPointOutOfOrder",
              Entered("H,N\n1,X,,,0,0\n2,XI,,,6,\n3,XI,,,2,\n4,BI,,,,1\n5,X,,,10,0"),
              kFailed, kBadInterim},
-    FaultRow{"BeforeAnEarlierTarget",
+    {"BeforeAnEarlierTarget",
              Entered("H,N\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,0,5\n4,XI,,2,12,\n5,X,,,0,9"),
              kFailed, kBadInterim},
-    FaultRow{"XOnTheStart", Interim("3,XI,,,0,"), kFailed, kBadInterim},
-    FaultRow{"NegativeLength", Interim("3,BI,,,,-1"), kFailed, kBadInterim},
-    FaultRow{"BearingParallelToTheLine", Interim("3,BI,1,,90,"), kFailed, kBadInterim},
-    FaultRow{"NoInputAtAll", Interim("3,I"), kFailed, kBadInterim}),
-    [](const auto& info) { return std::string(info.param.name); });
-// clang-format on
+    {"XOnTheStart", Interim("3,XI,,,0,"), kFailed, kBadInterim},
+    {"NegativeLength", Interim("3,BI,,,,-1"), kFailed, kBadInterim},
+    {"BearingParallelToTheLine", Interim("3,BI,1,,90,"), kFailed, kBadInterim},
+    {"NoInputAtAll", Interim("3,I"), kFailed, kBadInterim},
+      // clang-format on
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    Survey survey = row.survey;
+    ProcessingState state{.ProcessState = kPassComplete, .ErrorState = 0x08};
+    ScriptedDialogs dialogs;
+    EXPECT_FALSE(ResolvePoints(survey, state, kFirstPass, dialogs));
+    ASSERT_EQ(dialogs.boxes.size(), 1u);
+    EXPECT_EQ(dialogs.last().title, row.title);
+    EXPECT_EQ(dialogs.last().text, row.text);
+    EXPECT_EQ(dialogs.last().icon, Icon::Critical);
+    EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
+    EXPECT_EQ(dialogs.beeps, 1);
+    EXPECT_EQ(state.ErrorState & ~kErrorExitMask, 0);
+    EXPECT_EQ(state.ErrorState & 0x08, 0x08);
+    EXPECT_EQ(state.ProcessState & kPassComplete, 0);
+  }
+}
 
 }  // namespace
 }  // namespace plotmeter
