@@ -263,11 +263,16 @@ TEST_F(ResolvePointsTest, GpsPointStandsAtItsOffsetFromTheLinkPoint) {
   EXPECT_FALSE(state.GpsArea);
 }
 
-TEST_F(ResolvePointsTest, PlanePointsGetGpsValuesThatOffsetBackToThem) {
-  Survey survey = Linked("2,X,,,600,-700\n3,B,,,45,300");
+// Plane points get GPS values that offset back to them; a point given both ways keeps
+// its entered GPS values and gets the position they give, the distance between the two
+// and the GPS values of its plane position as its alternates.
+TEST_F(ResolvePointsTest, PlanePointsGetGpsValuesAndAPointGivenBothWaysItsAlternates) {
+  Survey survey =
+      Linked("2,X,,,600,-700\n3,B,,,45,300\n4,XA,,,100,1200,151," + Degrees(-33 + kMinute));
   ASSERT_TRUE(Resolve(survey));
   GpsTie tie{{151, -33}, {100, 200}};
-  for (const Point& p : survey.Points) {
+  for (int i = 0; i < 3; ++i) {
+    const Point& p = survey.Points[i];
     std::uint8_t errors = 0;
     PlanePoint back = PlaneFromGps(kUnitMeters, tie, {p.GPSLong, p.GPSLat}, errors);
     EXPECT_NEAR(back.x, p.X, 1e-3);
@@ -282,12 +287,8 @@ TEST_F(ResolvePointsTest, PlanePointsGetGpsValuesThatOffsetBackToThem) {
   EXPECT_DOUBLE_EQ(link.GPSLong, 151);
   EXPECT_DOUBLE_EQ(link.GPSLat, -33);
   EXPECT_DOUBLE_EQ(link.AltGPSLong, 151);
-}
 
-TEST_F(ResolvePointsTest, PointGivenBothWaysGetsItsAlternatePositionAndDelta) {
-  Survey survey = Linked("2,XA,,,100,1200,151," + Degrees(-33 + kMinute) + "\n3,X,,,0,0");
-  ASSERT_TRUE(Resolve(survey));
-  const Point& p = survey.Points[1];
+  const Point& p = survey.Points[3];
   EXPECT_EQ(p.X, 100);
   EXPECT_EQ(p.Y, 1200);
   EXPECT_TRUE(p.HasAlternate);
@@ -295,7 +296,6 @@ TEST_F(ResolvePointsTest, PointGivenBothWaysGetsItsAlternatePositionAndDelta) {
   EXPECT_NEAR(p.AltY, 200 + 1852, 1e-2);
   EXPECT_NEAR(p.AltGPSDelta, 852, 1e-2);
   EXPECT_NEAR(p.GPSLat, -33 + kMinute, 1e-9);
-  // The alternative GPS values are those of the plane position.
   EXPECT_NEAR(p.AltGPSLat, -33 + 1000.0 / 1852 * kMinute, 1e-9);
   EXPECT_NEAR(p.AltGPSLong, 151, 1e-9);
 }
