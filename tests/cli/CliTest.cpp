@@ -143,14 +143,17 @@ TEST_F(CliTest, QuestionsAreAnsweredNoUnlessYes) {
   EXPECT_TRUE(out_.str().starts_with("Area (GPS): ")) << out_.str();
 }
 
+// The settings labels, the heading and the lines, in UTF-8; on a terminal the file's
+// control bytes are shown harmlessly, into a file or a pipe they go as they are.
 TEST_F(CliTest, ListShowsTheSettingsHeadingAndLinesInUtf8) {
   std::string text = kBlock;
-  text.replace(text.find("0,0,58,Example"), 14, "0,-2.5,58,Caf\xE9");
+  text.replace(text.find("0,0,58,Example"), 14, "0,-2.5,58,Caf\xE9\x1B[2J\x07");
   text.replace(text.find("2,X,,,40,0"), 10, "2,B,,,90\xB0,40");
-  EXPECT_EQ(Run({"list", folder_.Write("cafe.csv", text)}), 0);
+  const std::vector<std::string> args = {"list", folder_.Write("cafe.csv", text)};
+  EXPECT_EQ(Run(args), 0);
   const std::vector<std::string> expected = {
       "Unit of Measure: Meters",
-      "File Tag: Caf\xC3\xA9",
+      "File Tag: Caf\xC3\xA9\x1B[2J\x07",
       "Mag Decl'n: -2.5",
       "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)  ",
       "[M] Dataset as Main (Perimeter) for 'Block'",
@@ -160,6 +163,9 @@ TEST_F(CliTest, ListShowsTheSettingsHeadingAndLinesInUtf8) {
       "  4 X           |          0         30",
   };
   EXPECT_EQ(OutLines(), expected);
+  out_.str("");
+  EXPECT_EQ(RunCli(args, out_, err_, true), 0);
+  EXPECT_EQ(OutLines()[1], "File Tag: Caf\xC3\xA9^[[2J^G");
 }
 
 // The options reach the listing; what each box does is DataListingTest's.
@@ -210,17 +216,6 @@ TEST_F(CliTest, ListLoadsAsCheckDoes) {
       EXPECT_EQ(err_.str(), boxes);
     }
   }
-}
-
-TEST_F(CliTest, ControlBytesOfTheFileAreShownHarmlesslyOnATerminal) {
-  std::string text = kBlock;
-  text.replace(text.find("Example"), 7, "Tag\x1B[2J\x07");
-  const std::vector<std::string> args = {"list", folder_.Write("tag.csv", text)};
-  RunCli(args, out_, err_, true);
-  EXPECT_EQ(OutLines()[1], "File Tag: Tag^[[2J^G");
-  // Into a file or a pipe the bytes go as they are.
-  Run(args);
-  EXPECT_EQ(OutLines()[1], "File Tag: Tag\x1B[2J\x07");
 }
 
 TEST_F(CliTest, SaveWritesWithTheWriterOptionsOrFails) {

@@ -110,19 +110,6 @@ TEST_F(ExportTest, MapsNeedASurveyTiedToGps) {
                 "40,30,0,30,,\r\n");
 }
 
-TEST_F(ExportTest, CsvOfTheGpsExampleHasEveryPoint) {
-  EXPECT_EQ(Run({"export", kPaddock, "--to", "csv"}), 0);
-  const auto rows = Rows(out_.str());
-  ASSERT_EQ(rows.size(), 7u);
-  EXPECT_EQ(std::vector<std::string>(rows[1].begin(), rows[1].begin() + 6),
-            (std::vector<std::string>{"1", "XL", "1", "M", "Back paddock", "0"}));
-  EXPECT_DOUBLE_EQ(std::stod(rows[1][9]), 148.5);
-  EXPECT_DOUBLE_EQ(std::stod(rows[1][10]), -(35 + 20.0 / 60));
-  EXPECT_EQ(std::vector<std::string>(rows[6].begin(), rows[6].begin() + 5),
-            (std::vector<std::string>{"6", "G", "2", "P", "Trough"}));
-  EXPECT_DOUBLE_EQ(std::stod(rows[6][9]), 148 + 30.1 / 60);
-}
-
 TEST_F(ExportTest, RingsAreClosedCounterClockwiseAndWithinTheLongitudeRange) {
   struct Row {
     std::string longitude, latitude;
@@ -146,7 +133,7 @@ TEST_F(ExportTest, RingsAreClosedCounterClockwiseAndWithinTheLongitudeRange) {
   }
 }
 
-TEST_F(ExportTest, GpsExampleAreaAgreesWithTheEllipsoid) {
+TEST_F(ExportTest, GpsExampleAreaAgreesWithTheEllipsoidAndItsPointsHaveGpsValues) {
   ASSERT_EQ(Run({"area", kPaddock, "--unit", "Sq. Meters", "--json"}), 0);
   const double programArea = Json::parse(out_.str())["areas"][0];
   ASSERT_EQ(Run({"export", kPaddock, "--to", "geojson"}), 0);
@@ -159,6 +146,17 @@ TEST_F(ExportTest, GpsExampleAreaAgreesWithTheEllipsoid) {
   EXPECT_NEAR(GeodesicArea(features[0]["geometry"]["coordinates"][0]) / programArea, 1, 0.005);
   EXPECT_EQ(features[1]["geometry"]["type"], "Point");
   EXPECT_EQ(features[1]["properties"]["number"], 6);
+  // Every point, with its GPS values, in the CSV.
+  EXPECT_EQ(Run({"export", kPaddock, "--to", "csv"}), 0);
+  const auto rows = Rows(out_.str());
+  ASSERT_EQ(rows.size(), 7u);
+  EXPECT_EQ(std::vector<std::string>(rows[1].begin(), rows[1].begin() + 6),
+            (std::vector<std::string>{"1", "XL", "1", "M", "Back paddock", "0"}));
+  EXPECT_DOUBLE_EQ(std::stod(rows[1][9]), 148.5);
+  EXPECT_DOUBLE_EQ(std::stod(rows[1][10]), -(35 + 20.0 / 60));
+  EXPECT_EQ(std::vector<std::string>(rows[6].begin(), rows[6].begin() + 5),
+            (std::vector<std::string>{"6", "G", "2", "P", "Trough"}));
+  EXPECT_DOUBLE_EQ(std::stod(rows[6][9]), 148 + 30.1 / 60);
 }
 
 TEST_F(ExportTest, DividedPlotLinesAndPointsInGeoJsonAndKml) {
