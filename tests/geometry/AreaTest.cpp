@@ -1,3 +1,4 @@
+// The area of the plot and of the parts of a divided plot, and the part outlines.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,55 +9,40 @@
 #include <vector>
 
 #include "geometry/Area.h"
+#include "geometry/PartOutlines.h"
 #include "support/PlotSurveys.h"
 
 namespace plotmeter {
 namespace {
 
+using testing::AddDataset;
+using testing::DividedSurvey;
+using testing::kSquare;
+using testing::MarkJoins;
 using testing::PerimeterSurvey;
 using testing::XY;
 
-ProcessingState AreaOf(const Survey& survey, int areaUnit) {
+// The area of an undivided plot in square metres: all three segments hold it.
+double AreaOf(const std::vector<XY>& points) {
   ProcessingState state;
-  ComputeArea(survey, state, areaUnit);
-  return state;
+  ComputeArea(PerimeterSurvey(points), state, kAreaSqMeters);
+  EXPECT_TRUE(state.ProcessState & kAreaComputed);
+  EXPECT_EQ(state.SegmentAreas[1], state.SegmentAreas[0]);
+  EXPECT_EQ(state.SegmentAreas[2], state.SegmentAreas[0]);
+  return state.SegmentAreas[0];
 }
 
-TEST(AreaTest, UnitSquareEitherWayInMeters) {
-  for (bool reversed : {false, true}) {
-    std::vector<XY> square = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
-    if (reversed) std::reverse(square.begin(), square.end());
-    Survey survey = PerimeterSurvey(square, kUnitMeters);
-    ProcessingState state = AreaOf(survey, kAreaSqMeters);
-    EXPECT_DOUBLE_EQ(state.SegmentAreas[0], 1);
-    EXPECT_TRUE(state.ProcessState & kAreaComputed);
-    EXPECT_DOUBLE_EQ(AreaOf(survey, kAreaHectares).SegmentAreas[0], 0.0001);
-  }
-}
-
-TEST(AreaTest, SingleAreaFillsAllThreeSegments) {
-  Survey survey = PerimeterSurvey({{0, 0}, {4, 0}, {0, 3}});
-  ProcessingState state = AreaOf(survey, kAreaSqMeters);
-  for (double area : state.SegmentAreas) EXPECT_DOUBLE_EQ(area, 6);
-  EXPECT_FALSE(state.AreaState & kSegmentsSwapped);
-}
-
-TEST(AreaTest, TwoPointsOrFewerHaveNoArea) {
-  EXPECT_EQ(AreaOf(PerimeterSurvey({{0, 0}, {5, 5}}), 0).SegmentAreas[0], 0);
-  EXPECT_EQ(AreaOf(PerimeterSurvey({{5, 5}}), 0).SegmentAreas[0], 0);
-  EXPECT_EQ(AreaOf(PerimeterSurvey({}), 0).SegmentAreas[0], 0);
-}
-
-TEST(AreaTest, UnspecifiedUnitIsNeverConverted) {
-  Survey survey = PerimeterSurvey({{0, 0}, {3, 0}, {3, 7}, {0, 7}}, kUnitNotSpecified);
-  for (int unit = 0; unit < kAreaUnitCount; ++unit) {
-    EXPECT_DOUBLE_EQ(AreaOf(survey, unit).SegmentAreas[0], 21) << AreaUnitName(unit);
-  }
+TEST(AreaTest, TwoPointsOrFewerHaveNoAreaAndIndexesOutsideThePointsAreSkipped) {
+  EXPECT_DOUBLE_EQ(AreaOf({{0, 0}, {4, 0}, {0, 3}}), 6);
+  EXPECT_EQ(AreaOf({{0, 0}, {5, 5}}), 0);
+  EXPECT_EQ(AreaOf({}), 0);
+  std::vector<int> outline = {0, 1, 99, 2, -4};
+  EXPECT_DOUBLE_EQ(OutlineArea(PerimeterSurvey({{0, 0}, {2, 0}, {2, 2}}), outline), 2);
 }
 
 // The conversion table against the physical ratios worked out from the unit lengths:
 // every cell is the physical ratio except the deliberate odd ones, which stand off from
-// it by exactly 100, 10 or a tenth.
+// it by exactly 100, 10 or a tenth. An unspecified unit is never converted.
 TEST(AreaTest, ConversionTableMatchesPhysicalRatiosAndTheOddCells) {
   const double metres[] = {0, 1, 1000, 0.3048, 1609.344, 20.1168};
   const double squareMetres[] = {
@@ -70,79 +56,48 @@ TEST(AreaTest, ConversionTableMatchesPhysicalRatiosAndTheOddCells) {
                      {kUnitMiles, kAreaHectares, 0.1},   {kUnitMiles, kAreaSqFeet, 10},
                      {kUnitMiles, kAreaSquares, 10},     {kUnitChains, kAreaSqMeters, 10},
                      {kUnitChains, kAreaSqFeet, 10},     {kUnitChains, kAreaSquares, 10}};
-  for (int unit = kUnitMeters; unit < kUnitCount; ++unit) {
-    for (int areaUnit = 0; areaUnit < kAreaUnitCount; ++areaUnit) {
+  for (int areaUnit = 0; areaUnit < kAreaUnitCount; ++areaUnit) {
+    EXPECT_EQ(ConvertArea(21, kUnitNotSpecified, areaUnit), 21);
+    for (int unit = kUnitMeters; unit < kUnitCount; ++unit) {
       double physical = metres[unit] * metres[unit] / squareMetres[areaUnit];
       double ratio = 1;
       for (const Odd& cell : odd) {
         if (cell.unit == unit && cell.areaUnit == areaUnit) ratio = cell.ratio;
       }
-      double converted = ConvertArea(1, unit, areaUnit);
-      EXPECT_NEAR(converted / physical, ratio, ratio * 1e-9)
+      EXPECT_NEAR(ConvertArea(1, unit, areaUnit) / physical, ratio, ratio * 1e-9)
           << UnitName(unit) << " to " << AreaUnitName(areaUnit);
     }
   }
 }
 
-TEST(AreaTest, PartsOfADividedPlotAndTheirExchange) {
+// In square feet, shown in squares of 100 square feet; the exchange flag of an earlier
+// run is cleared first.
+TEST(AreaTest, PartsOfADividedPlotAreConvertedAndAnExtensionExchanged) {
+  // The 10 x 10 square with a point on its bottom line.
+  const std::vector<XY> notched = {{0, 0}, {4, 0}, {10, 0}, {10, 10}, {0, 10}};
   const struct {
     const char* name;
-    std::vector<XY> points;
-    int subStart;  // where a sub-division dataset starts; 0 for none
+    std::vector<XY> points, sub;  // the main perimeter, a sub-division dataset
     std::array<std::vector<int>, 2> outlines;
     std::array<double, 3> areas;
     bool swapped;
   } rows[] = {
-      // The 10 x 10 square with a point on its bottom line, divided to the top corner.
-      {"divided",
-       {{0, 0}, {4, 0}, {10, 0}, {10, 10}, {0, 10}},
-       0,
-       {{{3, 4, 0, 1}, {1, 2, 3}}},
-       {100, 70, 30},
-       false},
+      {"divided", notched, {}, {{{3, 4, 0, 1}, {1, 2, 3}}}, {1, 0.7, 0.3}, false},
       // A first part larger than the whole is the enlarged plot of an extension.
-      {"extended",
-       {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {20, 0}, {20, 10}},
-       4,
-       {{{0, 4, 5, 3}, {2, 1, 4, 5}}},
-       {200, 100, 100},
-       true},
-      {"partEqualToTheWhole",
-       {{0, 0}, {10, 0}, {10, 10}, {0, 10}},
-       0,
-       {{{0, 1, 2, 3}, {0, 1, 2}}},
-       {100, 100, 50},
-       false},
+      {"extended", kSquare, {{20, 0}, {20, 10}}, {{{0, 4, 5, 3}, {2, 1, 4, 5}}}, {2, 1, 1}, true},
+      {"partIsTheWhole", kSquare, {}, {{{0, 1, 2, 3}, {0, 1, 2}}}, {1, 1, 0.5}, false},
   };
   for (const auto& row : rows) {
-    Survey survey = PerimeterSurvey(row.points);
-    if (row.subStart)
-      survey.Datasets.push_back({.DatasetType = kTypeS, .DatasetStart = row.subStart});
+    SCOPED_TRACE(row.name);
+    Survey survey = PerimeterSurvey(row.points, kUnitFeet);
+    if (!row.sub.empty()) AddDataset(survey, kTypeS, row.sub);
     ProcessingState state;
-    state.AreaState = kAreaSegmentCount;
+    state.AreaState = kAreaSegmentCount | kSegmentsSwapped;
     state.PartOutlines = row.outlines;
-    ComputeArea(survey, state, kAreaSqMeters);
-    for (int i = 0; i < 3; ++i) EXPECT_DOUBLE_EQ(state.SegmentAreas[i], row.areas[i]) << row.name;
-    EXPECT_EQ(static_cast<bool>(state.AreaState & kSegmentsSwapped), row.swapped) << row.name;
+    ComputeArea(survey, state, kAreaSquares);
+    for (int i = 0; i < 3; ++i) EXPECT_DOUBLE_EQ(state.SegmentAreas[i], row.areas[i]);
+    EXPECT_EQ(static_cast<bool>(state.AreaState & kSegmentsSwapped), row.swapped);
   }
-}
-
-TEST(AreaTest, ConvertsThePartsToo) {
-  Survey survey = PerimeterSurvey({{0, 0}, {4, 0}, {10, 0}, {10, 10}, {0, 10}}, kUnitFeet);
-  ProcessingState state;
-  state.AreaState = kAreaSegmentCount | kSegmentsSwapped;  // left from an earlier run
-  state.PartOutlines = {{{3, 4, 0, 1}, {1, 2, 3}}};
-  ComputeArea(survey, state, kAreaSquares);
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[0], 1);
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[1], 0.7);
-  EXPECT_DOUBLE_EQ(state.SegmentAreas[2], 0.3);
-  EXPECT_FALSE(state.AreaState & kSegmentsSwapped);
-}
-
-TEST(AreaTest, OutlineSkipsIndexesOutsideThePoints) {
-  Survey survey = PerimeterSurvey({{0, 0}, {2, 0}, {2, 2}});
-  std::vector<int> outline = {0, 1, 99, 2, -4};
-  EXPECT_DOUBLE_EQ(OutlineArea(survey, outline), 2);
 }
 
 // An independent oracle: the shoelace formula over random star-shaped (so simple)
@@ -170,10 +125,96 @@ TEST(AreaTest, FanEqualsShoelaceOnRandomSimplePolygons) {
       twice += static_cast<long double>(a.x) * b.y - static_cast<long double>(b.x) * a.y;
     }
     double shoelace = static_cast<double>(std::fabs(twice) / 2);
-    Survey survey = PerimeterSurvey(points);
-    double fan = AreaOf(survey, kAreaSqMeters).SegmentAreas[0];
-    ASSERT_NEAR(fan, shoelace, 1e-9 * std::max(shoelace, 1.0) + 1e-6) << "trial " << trial;
+    ASSERT_NEAR(AreaOf(points), shoelace, 1e-9 * std::max(shoelace, 1.0) + 1e-6) << trial;
   }
+}
+
+// ---- The division of a plot and its part outlines ----
+
+using Outline = std::vector<int>;
+
+// The division path of `survey` (which has a sub-division dataset unless `straight`) and
+// the part outlines it makes; the exchange flag of an earlier run is cleared.
+void ExpectDivision(const char* name, const Survey& survey, int startJoin, int endJoin,
+                    const Outline& vertices, int closingOwner, float closingLength,
+                    const Outline& part1, const Outline& part2, bool straight = false) {
+  SCOPED_TRACE(name);
+  std::optional<DivisionPath> path = FindDivisionPath(survey);
+  ASSERT_TRUE(path);
+  EXPECT_EQ(path->subDataset, straight ? -1 : 1);
+  EXPECT_EQ(path->startJoin, startJoin);
+  EXPECT_EQ(path->endJoin, endJoin);
+  EXPECT_EQ(path->vertices, vertices);
+  EXPECT_EQ(path->closingOwner, closingOwner);
+  EXPECT_FLOAT_EQ(DivisionClosingLength(survey, *path), closingLength);
+  ProcessingState state;
+  state.AreaState = kSegmentsSwapped;
+  BuildPartOutlines(survey, state);
+  EXPECT_EQ(state.AreaState, kAreaSegmentCount);
+  EXPECT_EQ(state.PartOutlines[0], part1);
+  EXPECT_EQ(state.PartOutlines[1], part2);
+}
+
+// The square's points are 0 (0, 0), 1 (10, 0), 2 (10, 10) and 3 (0, 10); a sub-division's
+// points follow from 4. Part 1 of a division inside the plot holds the start point.
+TEST(PartOutlinesTest, DivisionPathsAndTheirParts) {
+  ExpectDivision("dummyStart", DividedSurvey(kSquare, 1, 3, {{10, 0}, {6, 4}, {3, 6}}), 1, 3,
+                 {5, 6}, 4, 5, {3, 0, 1, 5, 6}, {1, 2, 3, 6, 5});
+  // A last point on the end join is the join itself: no vertex and no closing length.
+  ExpectDivision("lastOnTheEndJoin", DividedSurvey(kSquare, 1, 3, {{10, 0}, {6, 4}, {0, 10}}), 1, 3,
+                 {5}, 4, 0, {3, 0, 1, 5}, {1, 2, 3, 5});
+  ExpectDivision("fromTheLaterJoin", DividedSurvey(kSquare, 1, 3, {{0, 10}, {4, 7}, {7, 4}}), 3, 1,
+                 {5, 6}, 4, 5, {3, 0, 1, 6, 5}, {1, 2, 3, 5, 6});
+
+  Survey survey = PerimeterSurvey(kSquare);
+  MarkJoins(survey, 1, 3);
+  AddDataset(survey, kTypeS, {{8, 3}, {3, 8}});
+  // A plain start point away from the joins is a vertex, from the join nearer to it.
+  ExpectDivision("plainStart", survey, 1, 3, {4, 5}, 4, std::sqrt(13.0f), {3, 0, 1, 4, 5},
+                 {1, 2, 3, 5, 4});
+  // A start point given by reference alone stands for the join.
+  survey.Points[4].PtFlags = kPtReference;
+  ExpectDivision("referenceStart", survey, 1, 3, {5}, 4, std::sqrt(13.0f), {3, 0, 1, 5},
+                 {1, 2, 3, 5});
+
+  survey = PerimeterSurvey(kSquare);
+  MarkJoins(survey, 0, 2);
+  ExpectDivision("straight", survey, 0, 2, {}, 2, std::sqrt(200.0f), {2, 3, 0}, {0, 1, 2}, true);
+
+  // Extensions outside the plot: part 1 is the enlarged plot, part 2 the extension.
+  ExpectDivision("extension", DividedSurvey(kSquare, 1, 2, {{10, 0}, {15, 5}}), 1, 2, {5}, 4,
+                 std::sqrt(50.0f), {2, 3, 0, 1, 5}, {1, 2, 5});
+  ExpectDivision("extensionAcrossTheStart", DividedSurvey(kSquare, 0, 3, {{0, 0}, {-4, 5}}), 0, 3,
+                 {5}, 4, std::sqrt(41.0f), {0, 1, 2, 3, 5}, {3, 0, 5});
+}
+
+TEST(PartOutlinesTest, NoDivisionLeavesNoOutlines) {
+  const struct {
+    int joins;
+    std::uint8_t mainType;
+  } rows[] = {{0, kTypeM}, {1, kTypeM}, {3, kTypeM}, {2, kTypeN}};
+  for (const auto& row : rows) {
+    Survey survey;
+    AddDataset(survey, row.mainType, kSquare);
+    for (int i = 0; i < row.joins; ++i) survey.Points[i].PtFlags |= kPtJoin;
+    AddDataset(survey, kTypeS, {{10, 0}, {5, 5}});
+    ProcessingState state;
+    state.AreaState = kAreaSegmentCount | kSegmentsSwapped;
+    state.PartOutlines = {{{1, 2}, {3}}};
+    BuildPartOutlines(survey, state);
+    EXPECT_EQ(state.AreaState, 0) << row.joins << " joins";
+    EXPECT_TRUE(state.PartOutlines[0].empty() && state.PartOutlines[1].empty()) << row.joins;
+  }
+}
+
+TEST(PartOutlinesTest, DatasetRangesStayInsideThePointsAndShapesLeaveOutIntermediates) {
+  Survey survey = PerimeterSurvey({{0, 0}, {5, 0}, {10, 0}, {10, 10}});
+  survey.Points[1].PtFlags |= kPtIntermediate;
+  EXPECT_EQ(ShapePoints(survey, 0), (Outline{0, 2, 3}));
+  survey.Datasets.push_back(Dataset{.DatasetType = kTypeL, .DatasetStart = 40});
+  EXPECT_EQ(DatasetPoints(survey, 1).begin, DatasetPoints(survey, 1).end);
+  EXPECT_EQ(DatasetPoints(survey, 0).end, 4);
+  EXPECT_EQ(DatasetPoints(survey, 5).end, 0);
 }
 
 }  // namespace

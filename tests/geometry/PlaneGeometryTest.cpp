@@ -1,10 +1,14 @@
+// The plane's arithmetic and the GPS offsets that tie GPS positions to it.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 #include <random>
 
+#include "geometry/GpsLink.h"
 #include "geometry/PlaneGeometry.h"
+#include "geometry/ProcessingState.h"
+#include "model/Survey.h"
 
 namespace plotmeter {
 namespace {
@@ -22,25 +26,24 @@ TEST(PointAtBearingTest, RoundsEachProductToSinglePrecisionBeforeAdding) {
   EXPECT_EQ(p.y, origin.y + north);
 }
 
-struct LineCase {
-  PlanePoint to;
-  float bearing;
-  float length;
-};
-
-class LineAlongAxisTest : public ::testing::TestWithParam<LineCase> {};
-
-TEST_P(LineAlongAxisTest, GetsExactBearingAndLength) {
-  BearingLength line = LineBearingLength({3, 4}, GetParam().to);
-  EXPECT_EQ(line.bearing, GetParam().bearing);
-  EXPECT_EQ(line.length, GetParam().length);
+// Along an axis the arctangent rule would divide by 0: exact bearings and lengths instead.
+// Elsewhere the length is the sine rule's, not the square root's.
+TEST(LineBearingLengthTest, AxesAreExactAndTheLengthComesFromTheSine) {
+  const struct {
+    PlanePoint to;
+    float bearing, length;
+  } rows[] = {
+      {{3, 9}, 0, 5}, {{8, 4}, 90, 5}, {{3, -1}, 180, 5}, {{-2.5f, 4}, 270, 5.5f}, {{3, 4}, 0, 0}};
+  for (const auto& row : rows) {
+    BearingLength line = LineBearingLength({3, 4}, row.to);
+    EXPECT_EQ(line.bearing, row.bearing) << row.to.x << ", " << row.to.y;
+    EXPECT_EQ(line.length, row.length) << row.to.x << ", " << row.to.y;
+  }
+  double angle = std::atan(3.0 / 4.0);
+  BearingLength line = LineBearingLength({0, 0}, {3, 4});
+  EXPECT_EQ(line.length, static_cast<float>(3.0 / std::sin(angle)));
+  EXPECT_EQ(line.bearing, static_cast<float>(angle * 180 / kPi));
 }
-
-INSTANTIATE_TEST_SUITE_P(Axes, LineAlongAxisTest,
-                         ::testing::Values(LineCase{{3, 9}, 0, 5}, LineCase{{8, 4}, 90, 5},
-                                           LineCase{{3, -1}, 180, 5},
-                                           LineCase{{-2.5f, 4}, 270, 5.5f},
-                                           LineCase{{3, 4}, 0, 0}));
 
 TEST(LineBearingLengthTest, AgreesWithAtan2AndHypotInEveryQuadrant) {
   std::mt19937 random(7);
@@ -61,19 +64,90 @@ TEST(LineBearingLengthTest, AgreesWithAtan2AndHypotInEveryQuadrant) {
   }
 }
 
-TEST(LineBearingLengthTest, TakesTheLengthFromTheSineNotTheSquareRoot) {
-  PlanePoint to{3, 4};
-  double angle = std::atan(3.0 / 4.0);
-  BearingLength line = LineBearingLength({0, 0}, to);
-  EXPECT_EQ(line.length, static_cast<float>(3.0 / std::sin(angle)));
-  EXPECT_EQ(line.bearing, static_cast<float>(angle * 180 / kPi));
-}
-
 TEST(NarrowToFloatTest, GivesInfinitiesBeyondTheFloatRange) {
   EXPECT_EQ(NarrowToFloat(1e300), std::numeric_limits<float>::infinity());
   EXPECT_EQ(NarrowToFloat(-1e300), -std::numeric_limits<float>::infinity());
   EXPECT_TRUE(std::isnan(NarrowToFloat(std::nan(""))));
   EXPECT_EQ(NarrowToFloat(0.5), 0.5f);
+}
+
+// ---- GPS positions and the plane ----
+
+constexpr double kMinute = 1.0 / 60;
+
+// One minute of latitude is 1852 m; one minute of longitude is 1852 m times the cosine of
+// the mean latitude. Hand-computed in the units' own lengths.
+TEST(GpsOffsetTest, MatchesTheNauticalMileRule) {
+  const struct {
+    int unit;
+    GpsPosition point, other;
+    double east, north;  // survey units
+  } rows[] = {{kUnitMeters, {0, kMinute}, {0, 0}, 0, 1852},
+              {kUnitMeters, {kMinute, 0}, {0, 0}, 1852, 0},
+              {kUnitMeters, {150 + kMinute, -60}, {150, -60}, 926, 0},
+              {kUnitMeters, {150, -60 - 2 * kMinute}, {150, -60}, 0, -3704},
+              {kUnitKilometers, {0, kMinute}, {0, 0}, 0, 1.852},
+              {kUnitFeet, {0, kMinute}, {0, 0}, 0, 1852 / 0.3048},
+              {kUnitMiles, {0, 10 * kMinute}, {0, 0}, 0, 18520 / 1609.344},
+              {kUnitChains, {kMinute, 0}, {0, 0}, 1852 / 20.1168, 0},
+              // Across the 0 meridian: 359.999 E is 0.001 W, the short way round.
+              {kUnitMeters, {0.001, 0}, {359.999, 0}, 0.002 * 60 * 1852, 0}};
+  for (const auto& row : rows) {
+    std::uint8_t errors = 0;
+    PlaneOffset offset = GpsOffset(row.unit, row.point, row.other, errors);
+    EXPECT_NEAR(offset.east, row.east, std::fabs(row.east) * 1e-6 + 1e-3) << row.point.longitude;
+    EXPECT_NEAR(offset.north, row.north, std::fabs(row.north) * 1e-6 + 1e-3) << row.unit;
+    EXPECT_EQ(errors, 0);
+  }
+}
+
+TEST(GpsOffsetTest, WithoutAUnitIsZeroAndMarksInvalidData) {
+  std::uint8_t errors = 0;
+  PlaneOffset offset = GpsOffset(kUnitNotSpecified, {151, -33}, {150, -34}, errors);
+  EXPECT_EQ(offset.east, 0);
+  EXPECT_EQ(offset.north, 0);
+  EXPECT_EQ(errors, kErrorInvalidData);
+}
+
+TEST(LongitudeDifferenceTest, TakesTheShortWayRound) {
+  EXPECT_DOUBLE_EQ(LongitudeDifference(10, 350), 20);
+  EXPECT_DOUBLE_EQ(LongitudeDifference(350, 10), -20);
+  EXPECT_DOUBLE_EQ(LongitudeDifference(181, 179), 2);
+  EXPECT_DOUBLE_EQ(LongitudeDifference(100, 30), 70);
+}
+
+TEST(GpsFromPlaneTest, OffsetsBackToThePlanePoint) {
+  std::mt19937 random(11);
+  std::uniform_real_distribution<float> coordinate(-5000, 5000);
+  std::uniform_real_distribution<double> latitude(-70, 70);
+  std::uniform_real_distribution<double> longitude(0, 360);
+  for (int unit = kUnitMeters; unit < kUnitCount; ++unit) {
+    for (int n = 0; n < 300; ++n) {
+      // Up to some 5 km from the tie in every unit.
+      float scale = 1 / UnitLengthMetres(unit);
+      GpsTie tie{{longitude(random), latitude(random)},
+                 {coordinate(random) * scale, coordinate(random) * scale}};
+      PlanePoint p{tie.plane.x + coordinate(random) * scale,
+                   tie.plane.y + coordinate(random) * scale};
+      std::optional<GpsPosition> gps = GpsFromPlane(unit, tie, p);
+      ASSERT_TRUE(gps.has_value());
+      EXPECT_GE(gps->longitude, 0);
+      EXPECT_LT(gps->longitude, 360);
+      std::uint8_t errors = 0;
+      PlanePoint back = PlaneFromGps(unit, tie, *gps, errors);
+      EXPECT_NEAR(back.x, p.x, 1e-3 * scale) << unit;
+      EXPECT_NEAR(back.y, p.y, 1e-3 * scale) << unit;
+      EXPECT_EQ(errors, 0);
+    }
+  }
+}
+
+TEST(GpsAtOffsetTest, RefusesPositionsBeyondAPoleAndMissingUnits) {
+  GpsPosition origin{10, 89.9};
+  EXPECT_FALSE(GpsAtOffset(kUnitMeters, origin, 0, 1e6).has_value());
+  EXPECT_FALSE(GpsAtOffset(kUnitNotSpecified, origin, 0, 1).has_value());
+  EXPECT_FALSE(GpsAtOffset(kUnitMeters, origin, std::nan(""), 1).has_value());
+  EXPECT_TRUE(GpsAtOffset(kUnitMeters, origin, 0, -1e5).has_value());
 }
 
 }  // namespace

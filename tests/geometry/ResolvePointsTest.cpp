@@ -1,8 +1,14 @@
+// Point resolution: surveys typed as data lines, resolved on a first pass, and their
+// points and closing lines written out one by one.
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
+#include <sstream>
 #include <string>
+#include <vector>
 
+#include "geometry/GpsLink.h"
 #include "support/EnteredSurvey.h"
 
 namespace plotmeter {
@@ -11,83 +17,76 @@ namespace {
 using testing::Entered;
 using testing::ScriptedDialogs;
 
-using ResolvePointsTest = testing::ResolveFixture;
+// Rounded to 4 decimals, without a minus sign on 0.
+std::string Rounded(double value) {
+  std::ostringstream text;
+  text.precision(12);
+  text << std::round(value * 1e4) / 1e4 + 0.0;
+  return text.str();
+}
 
-TEST_F(ResolvePointsTest, TenAlongTheBearingFromTheOrigin) {
-  const struct {
-    const char* bearing;
-    float x, y;
-  } rows[] = {{"0", 0, 10}, {"90", 10, 0}, {"180", 0, -10}, {"270", -10, 0}};
-  for (const auto& row : rows) {
-    Survey survey = Entered(std::string("H,N\n1,X,,,0,0\n2,B,,,") + row.bearing + ",10");
-    ASSERT_TRUE(Resolve(survey));
-    const Point& p = survey.Points[1];
-    EXPECT_NEAR(p.X, row.x, 1e-5) << row.bearing;
-    EXPECT_NEAR(p.Y, row.y, 1e-5) << row.bearing;
-    EXPECT_EQ(p.Bearing, std::stof(row.bearing));
-    EXPECT_EQ(p.Len, 10);
+// "0,0 0/0; 10,0 90/10": each point's position, bearing and length.
+std::string PointsText(const Survey& survey) {
+  std::string text;
+  for (const Point& p : survey.Points) {
+    if (!text.empty()) text += "; ";
+    text += Rounded(p.X) + "," + Rounded(p.Y) + " " + Rounded(p.Bearing) + "/" + Rounded(p.Len);
   }
-  EXPECT_TRUE(dialogs.boxes.empty());
+  return text;
 }
 
-TEST_F(ResolvePointsTest, CoordinatePointsGetBearingAndLengthFromThePreviousPoint) {
-  Survey west = Entered("H,N\n1,X,,,5,2\n2,X,,,-7.5,2");
-  ASSERT_TRUE(Resolve(west));
-  EXPECT_EQ(west.Points[1].Bearing, 270);
-  EXPECT_EQ(west.Points[1].Len, 12.5f);
-  EXPECT_EQ(west.Points[0].Bearing, 0);
-  EXPECT_EQ(west.Points[0].Len, 0);
-
-  Survey survey = Entered("H,M\n1,X,,,0,0\n2,X,,,3,-4");
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NEAR(survey.Points[1].Bearing, 180 - std::atan(3.0 / 4.0) * 180 / M_PI, 1e-4);
-  EXPECT_NEAR(survey.Points[1].Len, 5, 1e-5);
+// "225/14.1421; 0/0": each dataset's closing line, bearing and length.
+std::string ClosingText(const Survey& survey) {
+  std::string text;
+  for (const Dataset& set : survey.Datasets) {
+    if (!text.empty()) text += "; ";
+    text += Rounded(set.ClosingBearing) + "/" + Rounded(set.ClosingLen);
+  }
+  return text;
 }
 
-TEST_F(ResolvePointsTest, CompassBearingsTakeTheDeclinationOff) {
-  Survey survey = Entered("H,N\n1,X,,,0,0\n2,C,,,92,10");
+class ResolvePointsTest : public testing::ResolveFixture {
+ protected:
+  // The points of `survey` once resolved, which it must be without a box.
+  std::string Resolved(Survey& survey) {
+    EXPECT_TRUE(Resolve(survey));
+    EXPECT_TRUE(dialogs.boxes.empty());
+    return PointsText(survey);
+  }
+  std::string Resolved(const std::string& lines) {
+    Survey survey = Entered(lines);
+    return Resolved(survey);
+  }
+};
+
+// Bearings are clockwise from north; a point given by co-ordinates gets the bearing and
+// length of the line from the point before, and may stand on an earlier point that is
+// not the one before.
+TEST_F(ResolvePointsTest, TraverseAndCoordinatesGiveEachOthersValues) {
+  Survey survey =
+      Entered("H,M\n1,X,,,100,200\n2,B,,,90,40\n3,B,,,0,30\n4,B,,,270,40\n5,B,,,180,10");
+  EXPECT_EQ(Resolved(survey),
+            "100,200 0/0; 140,200 90/40; 140,230 0/30; 100,230 270/40; 100,220 180/10");
+  EXPECT_EQ(ClosingText(survey), "180/20");
+  EXPECT_EQ(Resolved("H,N\n1,X,,,5,2\n2,X,,,-7.5,2\n3,X,,,-4.5,-2\n4,X,,,5,2"),
+            "5,2 0/0; -7.5,2 270/12.5; -4.5,-2 143.1301/5; 5,2 67.1663/10.3078");
+  // A compass bearing has the declination taken off.
+  survey = Entered("H,N\n1,X,,,0,0\n2,C,,,92,10");
   survey.MagneticDeclination = 2;
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NEAR(survey.Points[1].Bearing, 90, 1e-5);
-  EXPECT_NEAR(survey.Points[1].X, 10, 1e-5);
+  EXPECT_EQ(Resolved(survey), "0,0 0/0; 10,0 90/10");
 }
 
-TEST_F(ResolvePointsTest, TraverseFollowsEachPreviousPointAndCloses) {
-  Survey survey = Entered("H,M\n1,X,,,100,200\n2,B,,,90,40\n3,B,,,0,30\n4,B,,,270,40");
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NEAR(survey.Points[3].X, 100, 1e-4);
-  EXPECT_NEAR(survey.Points[3].Y, 230, 1e-4);
-  EXPECT_EQ(survey.Datasets[0].ClosingBearing, 180);
-  EXPECT_NEAR(survey.Datasets[0].ClosingLen, 30, 1e-4);
-}
-
-TEST_F(ResolvePointsTest, PointBackOnAnEarlierNonAdjacentPointIsAllowed) {
-  Survey survey = Entered("H,N\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,0,0");
-  EXPECT_TRUE(Resolve(survey));
-}
-
+// A bearing from point 2, a stand-alone bearing from point 2, a line sharing point 2.
 TEST_F(ResolvePointsTest, ReferencesMeasureFromTheirPoints) {
-  // A bearing from point 2, a stand-alone bearing from point 2, a line sharing point 2.
-  Survey survey = Entered(
-      "H,M\n1,X,,,0,0\n2,X,,,50,0\n3,X,,,50,50\n4,BF,2,,270,20\n"
-      "H,P\n5,X,,,5,5\n6,B,2,,0,15\nH,L\n7,R,2\n8,B,,,90,25");
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NEAR(survey.Points[3].X, 30, 1e-4);
-  EXPECT_NEAR(survey.Points[3].Y, 0, 1e-4);
-  EXPECT_EQ(survey.Points[3].Bearing, 270);
-  EXPECT_EQ(survey.Points[3].Len, 20);
-  EXPECT_NEAR(survey.Points[5].X, 50, 1e-4);
-  EXPECT_NEAR(survey.Points[5].Y, 15, 1e-4);
-  EXPECT_EQ(survey.Points[6].X, 50);
-  EXPECT_EQ(survey.Points[6].Y, 0);
-  EXPECT_NEAR(survey.Points[7].X, 75, 1e-4);
+  EXPECT_EQ(Resolved("H,M\n1,X,,,0,0\n2,X,,,50,0\n3,X,,,50,50\n4,BF,2,,270,20\n"
+                     "H,P\n5,X,,,5,5\n6,B,2,,0,15\nH,L\n7,R,2\n8,B,,,90,25"),
+            "0,0 0/0; 50,0 90/50; 50,50 0/50; 30,0 270/20; 5,5 0/0; 50,15 0/15; 50,0 0/0; "
+            "75,0 90/25");
 }
 
 TEST_F(ResolvePointsTest, ReferenceToALaterDatasetIsResolvedByARepeatPass) {
-  Survey survey = Entered("H,L\n1,R,5\n2,B,,,0,10\nH,M\n3,X,,,0,0\n4,X,,,20,0\n5,X,,,20,20");
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_EQ(survey.Points[0].X, 20);
-  EXPECT_NEAR(survey.Points[1].Y, 30, 1e-4);
+  EXPECT_EQ(Resolved("H,L\n1,R,5\n2,B,,,0,10\nH,M\n3,X,,,0,0\n4,X,,,20,0\n5,X,,,20,20"),
+            "20,20 0/0; 20,30 0/10; 0,0 0/0; 20,0 90/20; 20,20 0/20");
   EXPECT_NE(state.ProcessState & kPassComplete, 0);
   EXPECT_EQ(state.ProcessState & kTargetRepassNeeded, 0);
   EXPECT_EQ(state.GpsState & kGpsRepassNeeded, 0);
@@ -109,16 +108,235 @@ TEST_F(ResolvePointsTest, OnlyAFirstOrDependentPassCompletesAndClearsTheSelectio
   EXPECT_FALSE(state.GpsArea);
 }
 
-TEST_F(ResolvePointsTest, FailureKeepsTheInputAndMasksTheErrorState) {
+// The point found identical loses its length; its input stays.
+TEST_F(ResolvePointsTest, FailureKeepsTheInput) {
   Survey survey = Entered("H,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,0\n4,X,,,0,9");
   survey.Points[2].Len = 4;
-  state.ErrorState = kErrorInvalidData | 0x08;
   EXPECT_FALSE(Resolve(survey));
   EXPECT_EQ(survey.Points[2].Len, 0);
   EXPECT_EQ(survey.Points[2].InXA, "10");
-  EXPECT_EQ(state.ErrorState, 0x08);
-  EXPECT_EQ(state.ProcessState & kPassComplete, 0);
 }
+
+// Closing lines run back to the start point of a main perimeter or a sub-division, or
+// on to the join point a division ends at; other datasets, and tiny ones, have none.
+TEST_F(ResolvePointsTest, ClosingLines) {
+  Survey survey = Entered(
+      "H,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,10\nH,S\n4,X,,,0,0\n5,X,,,-5,0\n"
+      "H,L\n6,X,,,0,0\n7,X,,,3,0");
+  survey.Datasets[2].ClosingLen = 7;
+  Resolved(survey);
+  EXPECT_EQ(ClosingText(survey), "225/14.1421; 90/5; 0/0");
+  survey = Entered(
+      "H,M\n1,X,,,0,0\n2,XJ,,,10,0\n3,X,,,10,10\n4,XJ,,,0,10\n"
+      "H,S\n5,D,,,10,0\n6,X,,,6,4\n7,X,,,-1,10.5");
+  Resolved(survey);
+  EXPECT_EQ(ClosingText(survey), "180/10; 116.5651/1.118");
+  Survey empty;
+  EXPECT_EQ(Resolved(empty), "");
+  survey = Entered("H,M\n1,X,,,4,4\nH,S\nH,L\n2,X,,,1,1");
+  survey.Datasets[0].ClosingLen = 9;
+  EXPECT_EQ(Resolved(survey), "4,4 0/0; 1,1 0/0");
+  EXPECT_EQ(ClosingText(survey), "0/0; 0/0; 0/0");
+}
+
+TEST_F(ResolvePointsTest, LongTraverseResolves) {
+  const int count = 100000;
+  std::string lines = "H,N\n1,X,,,0,0\n";
+  for (int n = 2; n <= count; ++n)
+    lines += std::to_string(n) + (n % 2 ? ",B,,,0,1\n" : ",B,,,90,1\n");
+  Survey survey = Entered(lines);
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_NEAR(survey.Points.back().X, count / 2, 1e-1);
+  EXPECT_NEAR(survey.Points.back().Y, count / 2 - 1, 1e-1);
+}
+
+// ---- Intermediate points, on their lines ----
+
+TEST_F(ResolvePointsTest, IntermediateCoordinatesAreBroughtOntoTheLine) {
+  // The line from (0, 0) to (10, 10): X alone, Y alone, or both pulled onto the line.
+  auto typed = [&](const char* values) {
+    return "H,M\n1,X,,,0,0\n2,XI,,," + std::string(values) + "\n3,X,,,10,10";
+  };
+  EXPECT_EQ(Resolved(typed("4,")), "0,0 0/0; 4,4 45/5.6569; 10,10 45/8.4853");
+  EXPECT_EQ(Resolved(typed(",2.5")), "0,0 0/0; 2.5,2.5 45/3.5355; 10,10 45/10.6066");
+  EXPECT_EQ(Resolved(typed("2,6")), "0,0 0/0; 4,4 45/5.6569; 10,10 45/8.4853");
+}
+
+// A target named further on waits for a repeat pass; a bearing from an existing point
+// meets the line; a length runs along the line from the point before.
+TEST_F(ResolvePointsTest, IntermediateByTargetBearingAndLength) {
+  EXPECT_EQ(Resolved("H,M\n1,X,,,0,0\n2,XI,,4,,5\n3,X,,,10,0\n4,X,,,10,10"),
+            "0,0 0/0; 5,5 45/7.0711; 10,0 135/7.0711; 10,10 0/10");
+  EXPECT_NE(state.ProcessState & kPassComplete, 0);
+  EXPECT_EQ(state.ProcessState & kTargetRepassNeeded, 0);
+  EXPECT_EQ(state.ErrorState, 0);
+  EXPECT_EQ(Resolved("H,M\n1,X,,,0,-3\n2,X,,,0,0\n3,BI,1,,45,\n4,X,,,10,0"),
+            "0,-3 0/0; 0,0 0/3; 3,0 90/3; 10,0 90/7");
+  EXPECT_EQ(Resolved("H,N\n1,X,,,0,0\n2,BI,,,,3\n3,BI,,,,4\n4,X,,,0,-10"),
+            "0,0 0/0; 0,-3 180/3; 0,-7 180/4; 0,-10 180/3");
+}
+
+// A point given by a length is a station the next bearing starts from; one given by a
+// co-ordinate is a mark on the line and is not.
+TEST_F(ResolvePointsTest, NextBearingIsMeasuredFromALengthPointButNotACoordinatePoint) {
+  EXPECT_EQ(Resolved("H,N\n1,X,,,0,0\n2,BI,,,,4\n3,B,,,90,6"), "0,0 0/0; 4,0 90/4; 10,0 90/6");
+  EXPECT_EQ(Resolved("H,N\n1,X,,,0,0\n2,XI,,,3,\n3,B,,,90,10"), "0,0 0/0; 3,0 90/3; 10,0 90/10");
+  // A bearing measured from the run gives the line its direction: dropping the length
+  // point and lengthening the next keeps the next point's place.
+  Survey with = Entered("H,N\n1,X,,,2,1\n2,BI,,,,4.5\n3,B,,,30,6.25");
+  Survey without = Entered("H,N\n1,X,,,2,1\n2,B,,,30,10.75");
+  Resolved(with);
+  Resolved(without);
+  EXPECT_NEAR(with.Points[2].X, without.Points[1].X, 1e-4);
+  EXPECT_NEAR(with.Points[2].Y, without.Points[1].Y, 1e-4);
+}
+
+TEST_F(ResolvePointsTest, GpsIntermediateIsPlacedThroughTheLink) {
+  // One minute of latitude north of the link is 1852 m along a line due north.
+  Survey survey = Entered(
+      "H,M\n1,XL,,,0,0,151,-33\n2,GI,,,,,151.001,-32.9833333333\n3,X,,,0,5000\n"
+      "4,X,,,-100,5000");
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_NEAR(survey.Points[1].X, 0, 1e-4);
+  EXPECT_NEAR(survey.Points[1].Y, 1852, 1e-2);
+  EXPECT_FALSE(survey.Points[1].HasAlternate);
+  // One GPS value alone finds its place on a diagonal line.
+  survey =
+      Entered("H,M\n1,XL,,,0,0,151,-33\n2,GI,,,,,,-32.9833333333\n3,X,,,5000,5000\n4,X,,,5000,0");
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_NEAR(survey.Points[1].Y, 1852, 1e-2);
+  EXPECT_NEAR(survey.Points[1].X, 1852, 1e-2);
+}
+
+TEST_F(ResolvePointsTest, OutOfOrderIntermediatesAreResequencedAndMarked) {
+  Survey survey = Entered(
+      "H,M\n1,X,,,0,0\n2,XI,,,3,\n3,XI,,,7,\n4,XI,,,5,\n5,X,,,10,0\n6,X,,,10,10\n"
+      "H,L\n7,R,3\n8,B,,,0,1");
+  ASSERT_TRUE(Resolve(survey));
+  std::vector<int> numbers;
+  for (const Point& p : survey.Points) numbers.push_back(p.PtNumber);
+  EXPECT_EQ(numbers, (std::vector<int>{1, 2, 4, 3, 5, 6, 7, 8}));
+  // Each point has its length from its new previous point; the line still starts at
+  // point number 3, wherever its record went.
+  EXPECT_EQ(PointsText(survey),
+            "0,0 0/0; 3,0 90/3; 5,0 90/2; 7,0 90/2; 10,0 90/3; 10,10 0/10; 7,0 0/0; 7,1 0/1");
+  EXPECT_EQ(survey.Points[1].PtMarks & kMarkShared, 0);
+  EXPECT_NE(survey.Points[2].PtMarks & kMarkShared, 0);
+  EXPECT_NE(survey.Points[3].PtMarks & kMarkShared, 0);
+  EXPECT_EQ(state.ErrorState, kErrorResequenced);
+  // Resolved again, the points stand in order: no note, no marks.
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_EQ(state.ErrorState, 0);
+  EXPECT_EQ(survey.Points[2].PtMarks & kMarkShared, 0);
+  EXPECT_TRUE(dialogs.boxes.empty());
+}
+
+// ---- GPS values, through the link point ----
+
+constexpr double kMinute = 1.0 / 60;
+// One minute of longitude at 33° south, in metres, worked out by hand: 1852 × cos 33°.
+constexpr double kMinuteEastAt33 = 1553.2;
+
+std::string Degrees(double value) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%.9f", value);
+  return text;
+}
+
+// A link point at (100, 200) standing at 151° E 33° S, then `lines`.
+Survey Linked(const std::string& lines) { return Entered("H,M\n1,XL,,,100,200,151,-33\n" + lines); }
+
+// A GPS point before the link point waits for a repeat pass, then stands at its offset
+// from the link point; its GPS values are those entered.
+TEST_F(ResolvePointsTest, GpsPointStandsAtItsOffsetFromTheLinkPoint) {
+  Survey survey = Entered("H,M\n1,G,,,,," + Degrees(151 + kMinute) +
+                          ",-33\n2,B,,,180,50\n3,XL,,,100,200,151,-33");
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_NEAR(survey.Points[0].X, 100 + kMinuteEastAt33, 0.05);
+  EXPECT_NEAR(survey.Points[0].Y, 200, 1e-3);
+  EXPECT_NEAR(survey.Points[0].GPSLong, 151 + kMinute, 1e-9);
+  EXPECT_DOUBLE_EQ(survey.Points[0].GPSLat, -33);
+  EXPECT_FALSE(survey.Points[0].HasAlternate);
+  EXPECT_NEAR(survey.Points[1].Y, 150, 1e-3);
+  EXPECT_EQ(state.GpsState & kGpsRepassNeeded, 0);
+  EXPECT_NE(state.ProcessState & kPassComplete, 0);
+  EXPECT_FALSE(state.GpsArea);
+}
+
+// Plane points get GPS values that offset back to them; a point given both ways keeps
+// its entered GPS values and gets the position they give, the distance between the two
+// and the GPS values of its plane position as its alternates.
+TEST_F(ResolvePointsTest, PlanePointsGetGpsValuesAndAPointGivenBothWaysItsAlternates) {
+  Survey survey =
+      Linked("2,X,,,600,-700\n3,B,,,45,300\n4,XA,,,100,1200,151," + Degrees(-33 + kMinute));
+  ASSERT_TRUE(Resolve(survey));
+  GpsTie tie{{151, -33}, {100, 200}};
+  for (int i = 0; i < 3; ++i) {
+    const Point& p = survey.Points[i];
+    std::uint8_t errors = 0;
+    PlanePoint back = PlaneFromGps(kUnitMeters, tie, {p.GPSLong, p.GPSLat}, errors);
+    EXPECT_NEAR(back.x, p.X, 1e-3);
+    EXPECT_NEAR(back.y, p.Y, 1e-3);
+    EXPECT_FALSE(p.HasAlternate);
+  }
+  // 900 m south of the link is 900 / 1852 minutes of latitude.
+  EXPECT_NEAR(survey.Points[1].GPSLat, -33 - 900.0 / 1852 * kMinute, 1e-9);
+  // The link point has no alternate of its own.
+  const Point& link = survey.Points[0];
+  EXPECT_EQ(link.AltGPSDelta, 0);
+  EXPECT_DOUBLE_EQ(link.GPSLong, 151);
+  EXPECT_DOUBLE_EQ(link.GPSLat, -33);
+  EXPECT_DOUBLE_EQ(link.AltGPSLong, 151);
+
+  const Point& p = survey.Points[3];
+  EXPECT_EQ(p.X, 100);
+  EXPECT_EQ(p.Y, 1200);
+  EXPECT_TRUE(p.HasAlternate);
+  EXPECT_NEAR(p.AltX, 100, 1e-3);
+  EXPECT_NEAR(p.AltY, 200 + 1852, 1e-2);
+  EXPECT_NEAR(p.AltGPSDelta, 852, 1e-2);
+  EXPECT_NEAR(p.GPSLat, -33 + kMinute, 1e-9);
+  EXPECT_NEAR(p.AltGPSLat, -33 + 1000.0 / 1852 * kMinute, 1e-9);
+  EXPECT_NEAR(p.AltGPSLong, 151, 1e-9);
+}
+
+TEST_F(ResolvePointsTest, AllGpsSurveyStandsOnItsFirstPointAtTheOriginIgnoringALink) {
+  for (const char* link : {"", "L"}) {
+    Survey survey = Entered("H,M\n1,G,,,,,151,-33\n2,G" + std::string(link) + ",,,,,151," +
+                            Degrees(-33 - kMinute) + "\n3,G,,,,," + Degrees(151 + kMinute) + "," +
+                            Degrees(-33 - kMinute));
+    ASSERT_TRUE(Resolve(survey)) << link;
+    EXPECT_TRUE(state.GpsArea);
+    EXPECT_EQ(survey.Points[0].X, 0);
+    EXPECT_EQ(survey.Points[0].Y, 0);
+    EXPECT_NEAR(survey.Points[1].Y, -1852, 1e-2);
+    EXPECT_NEAR(survey.Points[1].Bearing, 180, 1e-4);
+    EXPECT_NEAR(survey.Points[2].X, 1852 * std::cos((33 + kMinute / 2) * M_PI / 180), 0.05);
+  }
+}
+
+TEST_F(ResolvePointsTest, GpsOnlyBasisPlacesEveryGpsPointByItsGpsValues) {
+  Survey survey = Entered("H,M\n1,G,,,,,151,-33\n2,XL,,,500,500,151," + Degrees(-33 + kMinute) +
+                          "\n3,B,,,90,100");
+  survey.FileFlags |= kFileGpsOnly;
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_TRUE(state.GpsArea);
+  EXPECT_NEAR(survey.Points[1].X, 0, 1e-3);
+  EXPECT_NEAR(survey.Points[1].Y, 1852, 1e-2);
+  EXPECT_FALSE(survey.Points[1].HasAlternate);
+  EXPECT_NEAR(survey.Points[2].X, 100, 1e-3);
+}
+
+TEST_F(ResolvePointsTest, SurveyWithoutGpsClearsOldGpsValues) {
+  Survey survey = Entered("H,M\n1,X,,,0,0\n2,X,,,1,0");
+  survey.Points[1].GPSLong = 5;
+  survey.Points[1].HasAlternate = true;
+  ASSERT_TRUE(Resolve(survey));
+  EXPECT_EQ(survey.Points[1].GPSLong, 0);
+  EXPECT_FALSE(survey.Points[1].HasAlternate);
+}
+
+// ---- Faults ----
 
 Survey GpsOnly(Survey survey) {
   survey.FileFlags |= kFileGpsOnly;
@@ -146,154 +364,101 @@ constexpr char kRepeatFailed[] =
 constexpr char kBadInterim[] = "Bad Interim Point data";
 constexpr char kInvalidData[] = "Invalid Data found, please check data\nat point ";
 
-struct FaultRow {
-  const char* name;
-  Survey survey;
-  const char* title;
-  std::string text;
-};
-
-void PrintTo(const FaultRow& row, std::ostream* out) { *out << row.name; }
-
-class ResolveFaultTest : public ResolvePointsTest,
-                         public ::testing::WithParamInterface<FaultRow> {};
-
-TEST_P(ResolveFaultTest, ShowsOneCriticalBox) {
-  Survey survey = GetParam().survey;
-  state.ErrorState = 0x08;
-  EXPECT_FALSE(Resolve(survey));
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  EXPECT_EQ(dialogs.last().title, GetParam().title);
-  EXPECT_EQ(dialogs.last().text, GetParam().text);
-  EXPECT_EQ(dialogs.last().icon, Icon::Critical);
-  EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
-  EXPECT_EQ(dialogs.beeps, 1);
-  EXPECT_EQ(state.ErrorState & ~kErrorExitMask, 0);
-  EXPECT_EQ(state.ErrorState & 0x08, 0x08);
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Rows, ResolveFaultTest, ::testing::Values(
-    FaultRow{"IdenticalPoints", Entered("H,M\n1,X,,,0,0\n2,X,,,10,0\n17,X,,,10,0\n4,X,,,0,9"),
+// Each fault shows one critical box, beeps, masks the error state (0x08 stays) and
+// leaves the pass incomplete.
+TEST(ResolvePointsFaultTest, ShowsOneCriticalBox) {
+  const struct {
+    const char* name;
+    Survey survey;
+    const char* title;
+    std::string text;
+  } rows[] = {
+      // clang-format off
+    {"IdenticalPoints", Entered("H,M\n1,X,,,0,0\n2,X,,,10,0\n17,X,,,10,0\n4,X,,,0,9"),
              kFailed, "Point number 17 is identical to the preceding point" + kChange},
-    FaultRow{"IntermediateOnItsPreviousPoint",
+    {"IntermediateOnItsPreviousPoint",
              Entered("H,N\n1,X,,,0,0\n2,XI,,,4,\n3,XI,,,4,\n4,X,,,10,0"),
              kFailed, "Point number 3 is identical to the preceding point" + kChange},
-    FaultRow{"ReferenceMissing", Entered("H,N\n1,X,,,0,0\n2,R,9"), kFailed, kBadReference},
-    FaultRow{"ReferenceSelf", Entered("H,N\n1,X,,,0,0\n2,R,2"), kFailed, kBadReference},
-    FaultRow{"FromMissing", Entered("H,N\n1,X,,,0,0\n2,BF,40,,0,1"), kFailed, kBadReference},
-    FaultRow{"FromSelf", Entered("H,N\n1,X,,,0,0\n2,BF,2,,0,1"), kFailed, kBadReference},
-    FaultRow{"BearingFirst", Entered("H,N\n1,B,,,0,1\n2,X,,,0,0"), kFailed, kBadReference},
-    FaultRow{"TargetMissing", Entered("H,N\n1,X,,,0,0\n2,XI,,77,5,0\n3,X,,,10,0"), kFailed,
+    {"ReferenceMissing", Entered("H,N\n1,X,,,0,0\n2,R,9"), kFailed, kBadReference},
+    {"ReferenceSelf", Entered("H,N\n1,X,,,0,0\n2,R,2"), kFailed, kBadReference},
+    {"FromMissing", Entered("H,N\n1,X,,,0,0\n2,BF,40,,0,1"), kFailed, kBadReference},
+    {"FromSelf", Entered("H,N\n1,X,,,0,0\n2,BF,2,,0,1"), kFailed, kBadReference},
+    {"BearingFirst", Entered("H,N\n1,B,,,0,1\n2,X,,,0,0"), kFailed, kBadReference},
+    {"TargetMissing", Entered("H,N\n1,X,,,0,0\n2,XI,,77,5,0\n3,X,,,10,0"), kFailed,
              kBadReference},
-    FaultRow{"DuplicateNumber", Entered("H,M\n1,X,,,0,0\n3,X,,,10,0\n3,X,,,10,10\nH,L\n4,R,3"),
+    {"DuplicateNumber", Entered("H,M\n1,X,,,0,0\n3,X,,,10,0\n3,X,,,10,10\nH,L\n4,R,3"),
              kFailed, kBadReference},
-    FaultRow{"CircularReferences", Entered("H,N\n1,X,,,0,0\nH,L\n2,R,3\n3,R,2"), kFailed,
+    {"CircularReferences", Entered("H,N\n1,X,,,0,0\nH,L\n2,R,3\n3,R,2"), kFailed,
              kRepeatFailed},
     // The line's start waits on the main dataset; its second point then lands on it.
-    FaultRow{"FaultInARepeatPass",
+    {"FaultInARepeatPass",
              Entered("H,L\n1,R,4\n2,X,,,20,0\nH,M\n3,X,,,0,0\n4,X,,,20,0\n5,X,,,20,20"),
              kFailed, kRepeatFailed},
-    FaultRow{"FaultOnceALaterTargetIsKnown",
-             Entered("H,N\n1,X,,,0,0\n2,XI,,5,12,\n3,X,,,0,9\n4,X,,,-3,9\n5,X,,,10,0"),
-             kFailed, kRepeatFailed},
-    FaultRow{"LinkHangingOnAGpsPoint",
+    {"LinkHangingOnAGpsPoint",
              Entered("H,M\n1,X,,,0,0\n2,G,,,,,151,-33\n3,BL,,,90,10,151.1,-33"),
              kFailed, kRepeatFailed},
-    FaultRow{"MinutesOf60", Entered("H,N\n1,X,,,0,0\n2,X,,,1,3\n12,B,,,10\\60,4"), kInvalid,
+    {"MinutesOf60", Entered("H,N\n1,X,,,0,0\n2,X,,,1,3\n12,B,,,10\\60,4"), kInvalid,
              "Minutes or Seconds values found >= 60\nat point 12"},
-    FaultRow{"NotANumber", Entered("H,N\n1,X,,,0,0\n2,X,,,abc,3"), kInvalid,
+    {"NotANumber", Entered("H,N\n1,X,,,0,0\n2,X,,,abc,3"), kInvalid,
              kInvalidData + std::string("2")},
-    FaultRow{"BearingNotANumber", Entered("H,N\n1,X,,,0,0\n2,X,,,1,3\n12,B,,,north,4"),
-             kInvalid, kInvalidData + std::string("12")},
-    FaultRow{"SeparatorWithoutUnit", Entered("H,N\n1,X,,,0,0\n2,X,,,5\\6,3", kUnitNotSpecified),
+    {"SeparatorWithoutUnit", Entered("H,N\n1,X,,,0,0\n2,X,,,5\\6,3", kUnitNotSpecified),
              kInvalid,
              "Units separator found, invalid with 'Unspecified' Unit of Measure\nat point 2"},
-    FaultRow{"SeparatorInMeters", Entered("H,N\n1,X,,,0,0\n2,X,,,5\\6,3"), kInvalid,
+    {"SeparatorInMeters", Entered("H,N\n1,X,,,0,0\n2,X,,,5\\6,3"), kInvalid,
              "Invalid units separator found, deg/min/sec, feet/inches, etc.\nat point 2"},
-    FaultRow{"OverflowingPosition", Entered("H,N\n1,X,,,3e38,0\n2,B,,,90,3e38"), kInvalid,
+    {"OverflowingPosition", Entered("H,N\n1,X,,,3e38,0\n2,B,,,90,3e38"), kInvalid,
              "Invalid Data encounted in processing\nat point 2"},
-    FaultRow{"PointWithoutInput", Entered("H,N\n1,X,,,0,0\n2,"), kInvalid,
+    {"PointWithoutInput", Entered("H,N\n1,X,,,0,0\n2,"), kInvalid,
              kInvalidData + std::string("2")},
-    FaultRow{"DatasetsOutOfOrder", DatasetsOutOfOrder(), kInvalid,
+    {"DatasetsOutOfOrder", DatasetsOutOfOrder(), kInvalid,
              kInvalidData + std::string("1")},
-    FaultRow{"PointsWithoutDataset", Entered("1,X,,,0,0"), kInvalid,
+    {"PointsWithoutDataset", Entered("1,X,,,0,0"), kInvalid,
              kInvalidData + std::string("1")},
-    FaultRow{"GpsWithoutAUnit", Entered("H,M\n1,G,,,,,151,-33\n2,G,,,,,151.1,-33",
+    {"GpsWithoutAUnit", Entered("H,M\n1,G,,,,,151,-33\n2,G,,,,,151.1,-33",
                                         kUnitNotSpecified),
              kInvalid, kInvalidData + std::string("1")},
-    FaultRow{"UnreadableGps", Entered("H,M\n1,XL,,,100,200,151,-33\n2,G,,,,,151,south"),
+    {"UnreadableGps", Entered("H,M\n1,XL,,,100,200,151,-33\n2,G,,,,,151,south"),
              kInvalid, kInvalidData + std::string("2")},
-    FaultRow{"MixedDataWithoutALink", Entered("H,M\n1,X,,,0,0\n2,G,,,,,151,-33"), kFailed,
+    {"MixedDataWithoutALink", Entered("H,M\n1,X,,,0,0\n2,G,,,,,151,-33"), kFailed,
              "Attempting to generate GPS values without a GPS linked point.\n"
              "Ensure one point is flagged as the designated link point."},
-    FaultRow{"GpsOnlyWithoutGpsInput", GpsOnly(Entered("H,M\n1,X,,,0,0\n2,X,,,1,0")), kFailed,
+    {"GpsOnlyWithoutGpsInput", GpsOnly(Entered("H,M\n1,X,,,0,0\n2,X,,,1,0")), kFailed,
              "Attempting to generate GPS values without a GPS reference point.\n"
              "Ensure at least input data for one point also includes GPS values."},
     // Intermediate points that cannot be placed on their line; each placement's own
     // faults are CheckEnteredPointTest's, which names them.
-    FaultRow{"FirstPointIntermediate", Entered("H,N\n1,XI,,,3,\n2,X,,,9,9"), kFailed,
+    {"FirstPointIntermediate", Entered("H,N\n1,XI,,,3,\n2,X,,,9,9"), kFailed,
              kBadInterim},
-    FaultRow{"LastPointWithoutTarget", Entered("H,N\n1,X,,,0,0\n2,XI,,,3,\nH,L\n3,X,,,9,9"),
+    {"LastPointWithoutTarget", Entered("H,N\n1,X,,,0,0\n2,XI,,,3,\nH,L\n3,X,,,9,9"),
              kFailed, kBadInterim},
-    FaultRow{"RunWithALengthPointOutOfOrder",
+    {"RunWithALengthPointOutOfOrder",
              Entered("H,N\n1,X,,,0,0\n2,XI,,,6,\n3,XI,,,2,\n4,BI,,,,1\n5,X,,,10,0"),
              kFailed, kBadInterim},
-    FaultRow{"BeforeAnEarlierTarget",
+    {"BeforeAnEarlierTarget",
              Entered("H,N\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,0,5\n4,XI,,2,12,\n5,X,,,0,9"),
              kFailed, kBadInterim},
-    FaultRow{"XOnTheStart", Interim("3,XI,,,0,"), kFailed, kBadInterim},
-    FaultRow{"NegativeLength", Interim("3,BI,,,,-1"), kFailed, kBadInterim},
-    FaultRow{"BearingParallelToTheLine", Interim("3,BI,1,,90,"), kFailed, kBadInterim},
-    FaultRow{"NoInputAtAll", Interim("3,I"), kFailed, kBadInterim}),
-    [](const auto& info) { return std::string(info.param.name); });
-// clang-format on
-
-TEST_F(ResolvePointsTest, EmptySurveyAndTinyDatasetsResolve) {
-  Survey empty;
-  EXPECT_TRUE(Resolve(empty));
-  Survey survey = Entered("H,M\n1,X,,,4,4\nH,S\nH,L\n2,X,,,1,1");
-  survey.Datasets[0].ClosingLen = 9;
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_EQ(survey.Points[1].X, 1);
-  EXPECT_EQ(survey.Datasets[0].ClosingLen, 0);
-  EXPECT_EQ(survey.Datasets[1].ClosingLen, 0);
-  EXPECT_TRUE(dialogs.boxes.empty());
-}
-
-TEST_F(ResolvePointsTest, ClosingLinesOnlyForMainAndSubDivision) {
-  Survey survey = Entered(
-      "H,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,10\nH,S\n4,X,,,0,0\n5,X,,,-5,0\n"
-      "H,L\n6,X,,,0,0\n7,X,,,3,0");
-  survey.Datasets[2].ClosingLen = 7;
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NEAR(survey.Datasets[0].ClosingBearing, 225, 1e-4);
-  EXPECT_NEAR(survey.Datasets[0].ClosingLen, std::hypot(10, 10), 1e-4);
-  EXPECT_EQ(survey.Datasets[1].ClosingBearing, 90);
-  EXPECT_EQ(survey.Datasets[1].ClosingLen, 5);
-  EXPECT_EQ(survey.Datasets[2].ClosingLen, 0);
-}
-
-TEST_F(ResolvePointsTest, DivisionClosesOnTheJoinPointItEndsAt) {
-  Survey survey = Entered(
-      "H,M\n1,X,,,0,0\n2,XJ,,,10,0\n3,X,,,10,10\n4,XJ,,,0,10\n"
-      "H,S\n5,D,,,10,0\n6,X,,,6,4\n7,X,,,-1,10.5");
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NEAR(survey.Datasets[1].ClosingLen, std::hypot(1, 0.5), 1e-5);
-  EXPECT_NEAR(survey.Datasets[1].ClosingBearing, 90 + std::atan(0.5) * 180 / M_PI, 1e-4);
-  EXPECT_EQ(survey.Datasets[0].ClosingBearing, 180);
-  EXPECT_EQ(survey.Datasets[0].ClosingLen, 10);
-}
-
-TEST_F(ResolvePointsTest, LongTraverseResolves) {
-  const int count = 100000;
-  std::string lines = "H,N\n1,X,,,0,0\n";
-  for (int n = 2; n <= count; ++n)
-    lines += std::to_string(n) + (n % 2 ? ",B,,,0,1\n" : ",B,,,90,1\n");
-  Survey survey = Entered(lines);
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NEAR(survey.Points.back().X, count / 2, 1e-1);
-  EXPECT_NEAR(survey.Points.back().Y, count / 2 - 1, 1e-1);
+    {"XOnTheStart", Interim("3,XI,,,0,"), kFailed, kBadInterim},
+    {"NegativeLength", Interim("3,BI,,,,-1"), kFailed, kBadInterim},
+    {"BearingParallelToTheLine", Interim("3,BI,1,,90,"), kFailed, kBadInterim},
+    {"NoInputAtAll", Interim("3,I"), kFailed, kBadInterim},
+      // clang-format on
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    Survey survey = row.survey;
+    ProcessingState state{.ProcessState = kPassComplete, .ErrorState = 0x08};
+    ScriptedDialogs dialogs;
+    EXPECT_FALSE(ResolvePoints(survey, state, kFirstPass, dialogs));
+    ASSERT_EQ(dialogs.boxes.size(), 1u);
+    EXPECT_EQ(dialogs.last().title, row.title);
+    EXPECT_EQ(dialogs.last().text, row.text);
+    EXPECT_EQ(dialogs.last().icon, Icon::Critical);
+    EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
+    EXPECT_EQ(dialogs.beeps, 1);
+    EXPECT_EQ(state.ErrorState & ~kErrorExitMask, 0);
+    EXPECT_EQ(state.ErrorState & 0x08, 0x08);
+    EXPECT_EQ(state.ProcessState & kPassComplete, 0);
+  }
 }
 
 }  // namespace
