@@ -1,7 +1,6 @@
 // Point editing through the real buttons, keys and the real "Data Input" dialog.
 #include <QComboBox>
 #include <QLineEdit>
-#include <QPushButton>
 
 #include "qt/WindowDriver.h"
 
@@ -12,10 +11,6 @@ constexpr const char* kSquare =
 class DataInputDialogTest : public QObject, plotmeter::testing::WindowDriver {
   Q_OBJECT
 
-  void SelectPoint(int index) {
-    ClickPoint(index);
-    QCOMPARE(Text("EditSubLbl"), QString("Point %1 selected").arg(index + 1));
-  }
   // Types `text` over what a field of the dialog holds, key by key.
   static void Type(QDialog* dialog, const QString& field, const QString& text) {
     auto* edit = Find<QLineEdit>(dialog, field);
@@ -29,113 +24,99 @@ class DataInputDialogTest : public QObject, plotmeter::testing::WindowDriver {
     QTest::keyClick(combo, Qt::Key_Down);
   }
 
-  QTemporaryDir folder_;
-
  private slots:
   void init() {
     ShowWindow();
-    window_->openFile(plotmeter::testing::Write(folder_, "square.csv", kSquare));
+    window_->openFile(Write("square.csv", kSquare));
   }
 
-  void modifyChangesThePointAndUndoTakesItBack() {
-    SelectPoint(2);
-    OnDialog([](QDialog* dialog) {
-      QCOMPARE(dialog->windowTitle(), "Data Input");
-      QCOMPARE(Text(dialog, "PointValHdrLbl"), "Modify Point:");
-      QCOMPARE(Text(dialog, "PointValLbl"), "3");
-      QCOMPARE(Find<QLineEdit>(dialog, "DataTxt_0")->text(), "100");
-      Type(dialog, "DataTxt_0", "200");
-      Click(Find(dialog, "ExitBtn_0"));
-      QVERIFY(!dialog->isVisible());
-    });
-    Click("EditPtBtn_0");
-    QVERIFY(dialogSeen_);
+  // Modify, then Ctrl+Z; Delete from the keyboard, then the exit guard and UnDo.
+  void modifyAndDeleteAreUndone() {
+    ClickPoint(2);
+    InDialog([this] { Click("EditPtBtn_0"); },
+             [](QDialog* dialog) {
+               QCOMPARE(dialog->windowTitle(), "Data Input");
+               QCOMPARE(Text(dialog, "PointValHdrLbl"), "Modify Point:");
+               QCOMPARE(Text(dialog, "PointValLbl"), "3");
+               QCOMPARE(Find<QLineEdit>(dialog, "DataTxt_0")->text(), "100");
+               Type(dialog, "DataTxt_0", "200");
+               Click(Find(dialog, "ExitBtn_0"));
+               QVERIFY(!dialog->isVisible());
+             });
     QCOMPARE(Text("AreaValLbl"), "1.5");
     QVERIFY(Find("EditPtBtn_3")->isEnabled());
-
     QVERIFY(QTest::qWaitForWindowActive(window_.get()));
     QTest::keyClick(window_.get(), Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(Text("AreaValLbl"), "1.0");
     QVERIFY(!Find("EditPtBtn_3")->isEnabled());
-    QVERIFY(dialogs_.boxes.empty());
-  }
 
-  void addInsertsAfterTheSelectedPoint() {
-    SelectPoint(0);
-    OnDialog([](QDialog* dialog) {
-      QVERIFY(Find(dialog, "AddNoteLbl")->isVisible());
-      QCOMPARE(Text(dialog, "AddNoteLbl"), "inserted AFTER the selected point");
-      // A bearing of 135 degrees, 70.71 m: the point (50, -50) below the first side.
-      Down(dialog, "PtTypCmb");
-      QCOMPARE(Text(dialog, "DataTxtLbl_0"), "Bearing (magnetic)");
-      // A hint's doubled ampersand shows single.
-      QVERIFY(Text(dialog, "AngleNoteLbl").contains("'min' & 'sec'"));
-      Type(dialog, "DataTxt_0", "135");
-      Type(dialog, "DataTxt_1", "70.7107");
-      Click(Find(dialog, "ExitBtn_0"));
-    });
-    Click("EditPtBtn_1");
-    QVERIFY(dialogSeen_);
-    QCOMPARE(window_->logic().survey().PointCount(), 5);
-    QCOMPARE(Text("AreaValLbl"), "1.25");
-  }
-
-  // Escape and the title bar's close both cancel what was typed.
-  void escapeAndTheTitleBarCancel() {
-    for (bool escape : {true, false}) {
-      SelectPoint(1);
-      OnDialog([escape](QDialog* dialog) {
-        Type(dialog, "DataTxt_1", "55");
-        escape ? QTest::keyClick(dialog, Qt::Key_Escape) : void(dialog->close());
-        QVERIFY(!dialog->isVisible());
-      });
-      Click("EditPtBtn_0");
-      QVERIFY(dialogSeen_);
-      QCOMPARE(window_->logic().survey().Points[1].InYL, "0");
-      QVERIFY(!window_->logic().edit().Unsaved());
-    }
-  }
-
-  void deleteKeyThenTheExitGuardAsks() {
-    SelectPoint(3);
+    ClickPoint(3);
     QTest::keyClick(window_.get(), Qt::Key_Delete);
-    QCOMPARE(window_->logic().survey().PointCount(), 3);
     QCOMPARE(Text("AreaValLbl"), "0.5");
-    QVERIFY(!Find("EditPtBtn_2")->isEnabled());
-
+    QVERIFY(dialogs_.boxes.empty());
     QTest::keyClick(window_.get(), Qt::Key_Q, Qt::ControlModifier);  // answered Cancel
     QCOMPARE(dialogs_.boxes.size(), 1u);
     QCOMPARE(dialogs_.last().text, "Unsaved data exists, exit anyway ?");
     QVERIFY(window_->isVisible());
-
     Click("EditPtBtn_3");  // nothing left unsaved: no question
     QTest::keyClick(window_.get(), Qt::Key_Q, Qt::ControlModifier);
     QCOMPARE(dialogs_.boxes.size(), 1u);
     QVERIFY(!window_->isVisible());
   }
 
+  void addInsertsAfterTheSelectedPoint() {
+    ClickPoint(0);
+    InDialog([this] { Click("EditPtBtn_1"); },
+             [](QDialog* dialog) {
+               QVERIFY(Find(dialog, "AddNoteLbl")->isVisible());
+               QCOMPARE(Text(dialog, "AddNoteLbl"), "inserted AFTER the selected point");
+               // A bearing of 135 degrees, 70.71 m: the point (50, -50) below the first side.
+               Down(dialog, "PtTypCmb");
+               QCOMPARE(Text(dialog, "DataTxtLbl_0"), "Bearing (magnetic)");
+               // A hint's doubled ampersand shows single.
+               QVERIFY(Text(dialog, "AngleNoteLbl").contains("'min' & 'sec'"));
+               Type(dialog, "DataTxt_0", "135");
+               Type(dialog, "DataTxt_1", "70.7107");
+               Click(Find(dialog, "ExitBtn_0"));
+             });
+    QCOMPARE(Text("AreaValLbl"), "1.25");
+  }
+
+  // Escape and the title bar's close both cancel what was typed.
+  void escapeAndTheTitleBarCancel() {
+    for (bool escape : {true, false}) {
+      ClickPoint(1);
+      InDialog([this] { Click("EditPtBtn_0"); },
+               [escape](QDialog* dialog) {
+                 Type(dialog, "DataTxt_1", "55");
+                 escape ? QTest::keyClick(dialog, Qt::Key_Escape) : void(dialog->close());
+                 QVERIFY(!dialog->isVisible());
+               });
+      QVERIFY(!window_->logic().edit().Unsaved());
+    }
+  }
+
   void newSurveyIsEnteredAndSaved() {
-    OnDialog([](QDialog* dialog) {
-      Down(dialog, "UOMCmb");
-      Type(dialog, "FileTagTxt", "Front field");
-      Type(dialog, "DSTagTxt", "Corner pegs");
-      const char* corners[][2] = {{"0", "0"}, {"40", "0"}, {"40", "30"}, {"0", "30"}};
-      for (int i = 0; i < 4; ++i) {
-        if (i > 0) Click(Find(dialog, "NxtPrevBtn_0"));
-        Type(dialog, "DataTxt_0", corners[i][0]);
-        Type(dialog, "DataTxt_1", corners[i][1]);
-      }
-      Click(Find(dialog, "ExitBtn_0"));
-    });
-    Click("DataBtn_3");
-    QVERIFY(dialogSeen_);
+    InDialog([this] { Click("DataBtn_3"); },
+             [](QDialog* dialog) {
+               Down(dialog, "UOMCmb");
+               Type(dialog, "FileTagTxt", "Front field");
+               Type(dialog, "DSTagTxt", "Corner pegs");
+               const char* corners[][2] = {{"0", "0"}, {"40", "0"}, {"40", "30"}, {"0", "30"}};
+               for (int i = 0; i < 4; ++i) {
+                 if (i > 0) Click(Find(dialog, "NxtPrevBtn_0"));
+                 Type(dialog, "DataTxt_0", corners[i][0]);
+                 Type(dialog, "DataTxt_1", corners[i][1]);
+               }
+               Click(Find(dialog, "ExitBtn_0"));
+             });
     QCOMPARE(Text("AreaValLbl"), "0.12");  // in hectares: the survey is in metres
     QCOMPARE(Text("TagFileLbl"), "Front field");
     QCOMPARE(window_->logic().survey().Datasets.at(0).DatasetTag, "Corner pegs");
     QVERIFY(!Find("DataBtn_1")->isEnabled());  // no file yet: "Save As"
-    ChooseFile(folder_.filePath("front.csv"));
+    dialogs_.files.push_back({.cancelled = false, .path = folder_.filePath("x.csv").toStdString()});
     Click("DataBtn_2");
-    QCOMPARE(Text("DatSrcLbl"), "front.csv");
+    QCOMPARE(Text("DatSrcLbl"), "x.csv");
     QVERIFY(dialogs_.boxes.empty());
   }
 };

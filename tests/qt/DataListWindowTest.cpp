@@ -39,7 +39,7 @@ class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
  private slots:
   void init() {
     ShowWindow();
-    window_->openFile(plotmeter::testing::kFarm);
+    window_->openFile(kFarm);
   }
 
   void listOpensWithInputDataFromTheFile() {
@@ -62,8 +62,8 @@ class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
   }
 
   // Each kind of box rebuilds the lines at once; scrolled sideways, the heading moves with
-  // them.
-  void boxesRebuildTheLinesAndTheHeadingScrollsWithThem() {
+  // them. Closed, the listing is gone; opened again, it starts afresh.
+  void boxesRebuildTheLinesUntilTheListingCloses() {
     DataListWindow* list = OpenList();
     Click(Find(list, "ProcdCkB"));
     Click(Find(list, "ShowCkB_2"));
@@ -79,6 +79,12 @@ class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
     const int before = heading->x();
     sideways->setValue(100);
     QCOMPARE(heading->x(), before - 100);
+
+    Click(Find(list, "CloseBtn"));
+    QVERIFY(!list->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!window_->findChild<DataListWindow*>());
+    QVERIFY(!Find<QAbstractButton>(OpenList(), "ProcdCkB")->isChecked());
   }
 
   // Edit (or a double click) shows the input of the line chosen, Copy copies the listing.
@@ -120,17 +126,6 @@ class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
     ExpectNoAccessibleNameOnLabels(codes);
     Click(Find(codes, "CloseBtn"));
     QVERIFY(!codes->isVisible());
-  }
-
-  // Closed, the listing is gone; opened again, it starts afresh.
-  void closeEndsTheListing() {
-    DataListWindow* list = OpenList();
-    Click(Find(list, "ProcdCkB"));
-    Click(Find(list, "CloseBtn"));
-    QVERIFY(!list->isVisible());
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!window_->findChild<DataListWindow*>());
-    QVERIFY(!Find<QAbstractButton>(OpenList(), "ProcdCkB")->isChecked());
   }
 };
 

@@ -5,7 +5,6 @@
 #include <QXmlStreamReader>
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include "qt/WindowDriver.h"
 #include "ui/qt/SheetPainter.h"
@@ -16,16 +15,12 @@ using plotmeter::qt::ExportSheet;
 
 namespace {
 
-// A rectangle of unit %1, %2 across and %3 up; the closing line is its left side.
-constexpr char kRectangle[] =
-    "44,#0092,%1,0,0,58\nH,M,Box\n1,X,,,0,0\n2,X,,,%2,0\n3,X,,,%2,%3\n4,X,,,0,%3\n";
-
 // What a sheet's SVG draws, in millimetres: its straight strokes with their colours, the
 // rectangles it outlines without filling, and its texts.
 struct SvgSheet {
   QSizeF paper;
-  std::vector<std::pair<QLineF, QString>> strokes;
-  std::vector<QRectF> outlines;
+  QList<std::pair<QLineF, QString>> strokes;
+  QList<QRectF> outlines;
   QStringList texts;
 };
 
@@ -59,12 +54,12 @@ SvgSheet ReadSvg(const QString& path) {
     } else if (xml.name() == u"polyline" || xml.name() == u"path") {
       const QList<double> n = Numbers(a.value(xml.name() == u"path" ? "d" : "points"));
       for (qsizetype i = 3; i < n.size(); i += 2) {
-        sheet.strokes.push_back(
+        sheet.strokes.append(
             {{QPointF(n[i - 3], n[i - 2]) * mm, QPointF(n[i - 1], n[i]) * mm}, stroke});
       }
     } else if (xml.name() == u"rect" && fill == "none") {
-      sheet.outlines.emplace_back(number("x") * mm, number("y") * mm, number("width") * mm,
-                                  number("height") * mm);
+      sheet.outlines << QRectF(number("x"), number("y"), number("width"), number("height"));
+      sheet.outlines.last() = QTransform::fromScale(mm, mm).mapRect(sheet.outlines.last());
     } else if (xml.name() == u"text") {
       sheet.texts << xml.readElementText();
     }
@@ -98,72 +93,50 @@ void ExpectPage(const QString& pdf, double widthMm, double heightMm) {
 class SheetTest : public QObject, plotmeter::testing::WindowDriver {
   Q_OBJECT
 
-  QTemporaryDir folder_;
-
  private slots:
   void init() { ShowWindow(); }
 
-  // A rectangle's sides and the scale bar measured in the SVG: exact to 0.1 mm.
-  void lengthsOnTheSheetAreExact_data() {
-    QTest::addColumn<int>("unit");
-    QTest::addColumn<int>("width");
-    QTest::addColumn<int>("height");
-    QTest::addColumn<int>("scale");
-    QTest::addColumn<double>("mmPerUnit");  // on the sheet
-    // 100 m at 1:1000 is 100 mm; 1:1200 is an inch to 100 feet; 1:7920 an inch to 10 chains.
-    QTest::newRow("metres") << 1 << 100 << 60 << 1000 << 1.0;
-    QTest::newRow("feet") << 3 << 300 << 200 << 1200 << 0.254;
-    QTest::newRow("chains") << 5 << 30 << 20 << 7920 << 2.54;
-  }
+  // A rectangle's sides and the scale bar measured in the SVG: exact to 0.1 mm. At 1:1200
+  // an inch is 100 feet, so 300 by 200 feet is 76.2 by 50.8 mm.
   void lengthsOnTheSheetAreExact() {
-    QFETCH(int, unit);
-    QFETCH(int, width);
-    QFETCH(int, height);
-    QFETCH(int, scale);
-    QFETCH(double, mmPerUnit);
-    const QString plot = QString(kRectangle).arg(unit).arg(width).arg(height);
-    window_->openFile(plotmeter::testing::Write(folder_, "plot.csv", plot));
+    window_->openFile(Write("feet.csv",
+                            "44,#0092,3,0,0,58\nH,M,Box\n1,X,,,0,0\n2,X,,,300,0\n"
+                            "3,X,,,300,200\n4,X,,,0,200\n"));
     const QString out = folder_.filePath("sheet.svg");
-    QVERIFY(ExportSheet(window_->logic(), {.scale = scale}, out, dialogs_));
-    QVERIFY(dialogs_.boxes.empty());
+    QVERIFY(ExportSheet(window_->logic(), {.scale = 1200}, out, dialogs_));
     const SvgSheet sheet = ReadSvg(out);
     QCOMPARE(sheet.paper, QSizeF(210, 297));
     // Two sides across and one up in black; the closing line up in green.
-    QCOMPARE(Count(sheet, "#000000", width * mmPerUnit, true), 2);
-    QCOMPARE(Count(sheet, "#000000", height * mmPerUnit, false), 1);
-    QCOMPARE(Count(sheet, "#00c000", height * mmPerUnit, false), 1);
+    QCOMPARE(Count(sheet, "#000000", 76.2, true), 2);
+    QCOMPARE(Count(sheet, "#000000", 50.8, false), 1);
+    QCOMPARE(Count(sheet, "#00c000", 50.8, false), 1);
     // The scale bar's outline is as long as its label says, and the scale is written above.
-    static const QRegularExpression kLabel("^([0-9,.]+) [a-z]+$");
+    static const QRegularExpression kLabel("^([0-9,.]+) ft$");
     const QStringList labels = sheet.texts.filter(kLabel);
     QCOMPARE(labels.size(), 1);
-    const double barMm = kLabel.match(labels[0]).captured(1).remove(',').toDouble() * mmPerUnit;
+    const double barMm = kLabel.match(labels[0]).captured(1).remove(',').toDouble() * 0.254;
     QCOMPARE(std::count_if(sheet.outlines.begin(), sheet.outlines.end(),
                            [&](const QRectF& r) { return std::abs(r.width() - barMm) <= 0.1; }),
              1);
-    const plotmeter::Sheet laidOut = LayOutSheet(window_->logic(), {.scale = scale}, "");
-    QVERIFY(sheet.texts.contains(QString::fromLatin1(laidOut.scaleLine)));
+    QVERIFY(sheet.texts.contains("Scale 1:1,200 (lengths in Feet)"));
   }
 
   // At a scale too large for the paper the plot is cut at its frame, in an SVG too (which
   // cannot clip): a stroke that starts inside the frame stays within it (the block's own
   // lines start on its edge; the legend stands outside it).
   void aPlotTooLargeIsCutAtTheFrame() {
-    window_->openFile(plotmeter::testing::kFarm);
+    window_->openFile(kFarm);
     const QString out = folder_.filePath("farm.svg");
     QVERIFY(ExportSheet(window_->logic(), {.scale = 2000}, out, dialogs_));
     const SvgSheet sheet = ReadSvg(out);
-    auto area = [](const QRectF& r) { return r.width() * r.height(); };
-    const QRectF frame =
-        *std::max_element(sheet.outlines.begin(), sheet.outlines.end(),
-                          [&](const QRectF& a, const QRectF& b) { return area(a) < area(b); });
-    const QRectF within = frame.adjusted(-0.01, -0.01, 0.01, 0.01);
-    const QRectF inside = frame.adjusted(0.01, 0.01, -0.01, -0.01);
+    const plotmeter::RectMm f = LayOutSheet(window_->logic(), {.scale = 2000}, "").frame;
+    const QRectF within = QRectF(f.left, f.top, f.width, f.height).adjusted(-.01, -.01, .01, .01);
+    const QRectF inside = within.adjusted(.02, .02, -.02, -.02);
     int cut = 0;
     for (const auto& [line, colour] : sheet.strokes) {
-      const bool fromInside = inside.contains(line.p1()), toInside = inside.contains(line.p2());
-      if (!fromInside && !toInside) continue;
-      QVERIFY(within.contains(line.p1()) && within.contains(line.p2()));
-      cut += fromInside != toInside;
+      const bool from = inside.contains(line.p1()), to = inside.contains(line.p2());
+      if (from || to) QVERIFY(within.contains(line.p1()) && within.contains(line.p2()));
+      cut += from != to;
     }
     QVERIFY(cut > 0);  // some line does run to the frame's edge
   }
@@ -171,7 +144,7 @@ class SheetTest : public QObject, plotmeter::testing::WindowDriver {
   // Each file's page is the paper chosen, and so is a printer's; a PNG has ten dots to the
   // millimetre, recorded so that it prints to scale. Another extension is refused.
   void pagesAreThePaperChosen() {
-    window_->openFile(plotmeter::testing::kFarm);
+    window_->openFile(kFarm);
     const auto& logic = window_->logic();
     const QString pdf = folder_.filePath("farm.pdf"), png = folder_.filePath("farm.png");
     QVERIFY(ExportSheet(logic, {.paper = PaperSize(Paper::kA4, false)}, pdf, dialogs_));
@@ -196,18 +169,16 @@ class SheetTest : public QObject, plotmeter::testing::WindowDriver {
 
   // From the window: Ctrl+P opens the print choices; Export writes the file chosen.
   void windowPrintsAndExports() {
-    window_->openFile(plotmeter::testing::kFarm);
-    OnDialog([](QDialog* dialog) {
-      QCOMPARE(dialog->objectName(), "PrintSheet");
-      Click(Find(dialog, "SheetCancelBtn"));
-    });
-    QTest::keyClick(window_.get(), Qt::Key_P, Qt::ControlModifier);
-    QVERIFY(dialogSeen_);
+    window_->openFile(kFarm);
+    InDialog([this] { QTest::keyClick(window_.get(), Qt::Key_P, Qt::ControlModifier); },
+             [](QDialog* dialog) {
+               QCOMPARE(dialog->objectName(), "PrintSheet");
+               Click(Find(dialog, "SheetCancelBtn"));
+             });
 
     const QString out = folder_.filePath("exported.svg");
-    ChooseFile(out);
-    OnDialog([](QDialog* dialog) { Click(Find(dialog, "SheetOkBtn")); });
-    Click("ExportBtn");
+    dialogs_.files.push_back({.cancelled = false, .path = out.toStdString()});
+    InDialog([this] { Click("ExportBtn"); }, [](QDialog* d) { Click(Find(d, "SheetOkBtn")); });
     QCOMPARE(dialogs_.fileRequests.back().title, "Export");
     QVERIFY(ReadSvg(out).texts.contains("Part 1: 7.67 Hectares"));
     QVERIFY(dialogs_.boxes.empty());

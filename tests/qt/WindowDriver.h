@@ -18,17 +18,10 @@
 
 namespace plotmeter::testing {
 
-inline const QString kFarm = PLOTMETER_EXAMPLES_DIR "/farm.csv";
-
-inline QString Write(const QTemporaryDir& folder, const QString& name, const QString& text) {
-  QFile file(folder.filePath(name));
-  if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write %s", qPrintable(name));
-  file.write(text.toLatin1());
-  return file.fileName();
-}
-
 class WindowDriver {
  protected:
+  static inline const QString kFarm = PLOTMETER_EXAMPLES_DIR "/farm.csv";
+
   // From the test's init(): a new main window, shown and active.
   void ShowWindow() {
     dialogs_ = ScriptedDialogs{};
@@ -36,6 +29,14 @@ class WindowDriver {
     window_->resize(900, 640);
     window_->show();
     QVERIFY(QTest::qWaitForWindowActive(window_.get()));
+  }
+
+  // Writes `text` as the file `name` in the test's folder; returns its path.
+  QString Write(const QString& name, const QString& text) {
+    QFile file(folder_.filePath(name));
+    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write %s", qPrintable(name));
+    file.write(text.toLatin1());
+    return file.fileName();
   }
 
   // A control of `parent` (or of the main window) by name; the test ends when there is none.
@@ -73,10 +74,6 @@ class WindowDriver {
     return states;
   }
 
-  void ChooseFile(const QString& path) {
-    dialogs_.files.push_back({.cancelled = false, .path = path.toStdString()});
-  }
-
   // A click on the drawing where point `index` is drawn, `off` pixels away.
   void ClickPoint(int index, Qt::MouseButton button = Qt::LeftButton, QPoint off = {}) {
     auto* view = Find<qt::PlotView>("DisplaySh");
@@ -84,23 +81,25 @@ class WindowDriver {
     QTest::mouseClick(view, button, {}, view->transform().ToDevice(at.x, at.y).toPoint() + off);
   }
 
-  // Runs `steps` on the modal dialog that the next click opens (that click returns once
-  // it has closed). A dialog the steps leave open is cancelled, so that a failed step
+  // Runs `open`, which shows a modal dialog and returns once it has closed, and `steps`
+  // on that dialog; a dialog the steps leave open is cancelled, so that a failed step
   // cannot hang the test.
-  void OnDialog(std::function<void(QDialog*)> steps) {
-    dialogSeen_ = false;
-    QTimer::singleShot(0, qApp, [this, steps] {
+  void InDialog(const std::function<void()>& open, std::function<void(QDialog*)> steps) {
+    bool seen = false;
+    QTimer::singleShot(0, qApp, [&seen, steps] {
       auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       if (!dialog) return;
-      dialogSeen_ = true;
+      seen = true;
       steps(dialog);
       if (dialog->isVisible()) dialog->reject();
     });
+    open();
+    QVERIFY2(seen, "no dialog opened");
   }
 
+  QTemporaryDir folder_;
   ScriptedDialogs dialogs_;
   std::unique_ptr<qt::MainWindow> window_;
-  bool dialogSeen_ = false;
 };
 
 }  // namespace plotmeter::testing
