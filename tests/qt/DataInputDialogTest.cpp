@@ -30,19 +30,28 @@ class DataInputDialogTest : public QObject, plotmeter::testing::WindowDriver {
     window_->openFile(Write("square.csv", kSquare));
   }
 
-  // Modify, then Ctrl+Z; Delete from the keyboard, then the exit guard and UnDo.
-  void modifyAndDeleteAreUndone() {
+  // Escape and the title bar's close cancel what was typed; Modify applies it, and Ctrl+Z
+  // takes it back; Delete from the keyboard, then the exit guard and UnDo.
+  void modifyAndDeleteAreCancelledOrUndone() {
+    for (bool escape : {true, false}) {
+      ClickPoint(1);
+      InDialog("EditPtBtn_0", [escape](QDialog* dialog) {
+        Type(dialog, "DataTxt_1", "55");
+        escape ? QTest::keyClick(dialog, Qt::Key_Escape) : void(dialog->close());
+        QVERIFY(!dialog->isVisible());
+      });
+      QVERIFY(!window_->logic().edit().Unsaved());
+    }
     ClickPoint(2);
-    InDialog([this] { Click("EditPtBtn_0"); },
-             [](QDialog* dialog) {
-               QCOMPARE(dialog->windowTitle(), "Data Input");
-               QCOMPARE(Text(dialog, "PointValHdrLbl"), "Modify Point:");
-               QCOMPARE(Text(dialog, "PointValLbl"), "3");
-               QCOMPARE(Find<QLineEdit>(dialog, "DataTxt_0")->text(), "100");
-               Type(dialog, "DataTxt_0", "200");
-               Click(Find(dialog, "ExitBtn_0"));
-               QVERIFY(!dialog->isVisible());
-             });
+    InDialog("EditPtBtn_0", [](QDialog* dialog) {
+      QCOMPARE(dialog->windowTitle(), "Data Input");
+      QCOMPARE(Text(dialog, "PointValHdrLbl"), "Modify Point:");
+      QCOMPARE(Text(dialog, "PointValLbl"), "3");
+      QCOMPARE(Find<QLineEdit>(dialog, "DataTxt_0")->text(), "100");
+      Type(dialog, "DataTxt_0", "200");
+      Click(Find(dialog, "ExitBtn_0"));
+      QVERIFY(!dialog->isVisible());
+    });
     QCOMPARE(Text("AreaValLbl"), "1.5");
     QVERIFY(Find("EditPtBtn_3")->isEnabled());
     QVERIFY(QTest::qWaitForWindowActive(window_.get()));
@@ -66,50 +75,34 @@ class DataInputDialogTest : public QObject, plotmeter::testing::WindowDriver {
 
   void addInsertsAfterTheSelectedPoint() {
     ClickPoint(0);
-    InDialog([this] { Click("EditPtBtn_1"); },
-             [](QDialog* dialog) {
-               QVERIFY(Find(dialog, "AddNoteLbl")->isVisible());
-               QCOMPARE(Text(dialog, "AddNoteLbl"), "inserted AFTER the selected point");
-               // A bearing of 135 degrees, 70.71 m: the point (50, -50) below the first side.
-               Down(dialog, "PtTypCmb");
-               QCOMPARE(Text(dialog, "DataTxtLbl_0"), "Bearing (magnetic)");
-               // A hint's doubled ampersand shows single.
-               QVERIFY(Text(dialog, "AngleNoteLbl").contains("'min' & 'sec'"));
-               Type(dialog, "DataTxt_0", "135");
-               Type(dialog, "DataTxt_1", "70.7107");
-               Click(Find(dialog, "ExitBtn_0"));
-             });
+    InDialog("EditPtBtn_1", [](QDialog* dialog) {
+      QVERIFY(Find(dialog, "AddNoteLbl")->isVisible());
+      QCOMPARE(Text(dialog, "AddNoteLbl"), "inserted AFTER the selected point");
+      // A bearing of 135 degrees, 70.71 m: the point (50, -50) below the first side.
+      Down(dialog, "PtTypCmb");
+      QCOMPARE(Text(dialog, "DataTxtLbl_0"), "Bearing (magnetic)");
+      // A hint's doubled ampersand shows single.
+      QVERIFY(Text(dialog, "AngleNoteLbl").contains("'min' & 'sec'"));
+      Type(dialog, "DataTxt_0", "135");
+      Type(dialog, "DataTxt_1", "70.7107");
+      Click(Find(dialog, "ExitBtn_0"));
+    });
     QCOMPARE(Text("AreaValLbl"), "1.25");
   }
 
-  // Escape and the title bar's close both cancel what was typed.
-  void escapeAndTheTitleBarCancel() {
-    for (bool escape : {true, false}) {
-      ClickPoint(1);
-      InDialog([this] { Click("EditPtBtn_0"); },
-               [escape](QDialog* dialog) {
-                 Type(dialog, "DataTxt_1", "55");
-                 escape ? QTest::keyClick(dialog, Qt::Key_Escape) : void(dialog->close());
-                 QVERIFY(!dialog->isVisible());
-               });
-      QVERIFY(!window_->logic().edit().Unsaved());
-    }
-  }
-
   void newSurveyIsEnteredAndSaved() {
-    InDialog([this] { Click("DataBtn_3"); },
-             [](QDialog* dialog) {
-               Down(dialog, "UOMCmb");
-               Type(dialog, "FileTagTxt", "Front field");
-               Type(dialog, "DSTagTxt", "Corner pegs");
-               const char* corners[][2] = {{"0", "0"}, {"40", "0"}, {"40", "30"}, {"0", "30"}};
-               for (int i = 0; i < 4; ++i) {
-                 if (i > 0) Click(Find(dialog, "NxtPrevBtn_0"));
-                 Type(dialog, "DataTxt_0", corners[i][0]);
-                 Type(dialog, "DataTxt_1", corners[i][1]);
-               }
-               Click(Find(dialog, "ExitBtn_0"));
-             });
+    InDialog("DataBtn_3", [](QDialog* dialog) {
+      Down(dialog, "UOMCmb");
+      Type(dialog, "FileTagTxt", "Front field");
+      Type(dialog, "DSTagTxt", "Corner pegs");
+      const char* corners[][2] = {{"0", "0"}, {"40", "0"}, {"40", "30"}, {"0", "30"}};
+      for (int i = 0; i < 4; ++i) {
+        if (i > 0) Click(Find(dialog, "NxtPrevBtn_0"));
+        Type(dialog, "DataTxt_0", corners[i][0]);
+        Type(dialog, "DataTxt_1", corners[i][1]);
+      }
+      Click(Find(dialog, "ExitBtn_0"));
+    });
     QCOMPARE(Text("AreaValLbl"), "0.12");  // in hectares: the survey is in metres
     QCOMPARE(Text("TagFileLbl"), "Front field");
     QCOMPARE(window_->logic().survey().Datasets.at(0).DatasetTag, "Corner pegs");

@@ -15,19 +15,10 @@ class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
 
   DataListWindow* OpenList() {
     Click("ListBtn");
-    auto* list = window_->findChild<DataListWindow*>("DataList");
-    if (!list || !list->isVisible()) qFatal("the listing did not open");
-    return list;
+    return Find<DataListWindow>("DataList");
   }
   static QString Line(QWidget* list, int line) {
     return Find<QListWidget>(list, "DataLst")->item(line)->text();
-  }
-  // A click on line `line` of the listing, or two.
-  static void ClickLine(QWidget* list, int line, bool twice = false) {
-    auto* lines = Find<QListWidget>(list, "DataLst");
-    const QPoint at = lines->visualItemRect(lines->item(line)).center();
-    QTest::mouseClick(lines->viewport(), Qt::LeftButton, {}, at);
-    if (twice) QTest::mouseDClick(lines->viewport(), Qt::LeftButton, {}, at);
   }
   // A label reads as its text: a name of its own would hide it from a screen reader.
   static void ExpectNoAccessibleNameOnLabels(QWidget* window) {
@@ -42,23 +33,42 @@ class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
     window_->openFile(kFarm);
   }
 
-  void listOpensWithInputDataFromTheFile() {
+  // The listing opens with the input from the file, and Edit and Copy read it.
+  void listOpensWithTheInputFromTheFile() {
     DataListWindow* list = OpenList();
     QCOMPARE(list->windowTitle(), "Data Listing");
-    QVERIFY(list->isModal());
-    QCOMPARE(
-        States(list, Members("ShowCkB", 5) + Members("IncludeCkB", 5) + QStringList{"ProcdCkB"}),
-        QStringList({"Input Data [x]", "X/Y Co-ords", "Bearing/Length", "GPS Co-ords",
-                     "Alternate GPS Co-ords", "Main Perimeter [x]", "Sub-division [x]",
-                     "Intermediate Points [x]", "Other Lines [x]", "Stand Alone Points [x]",
-                     "Processed"}));
+    QVERIFY(list->isVisible() && list->isModal());
+    const QStringList boxes({"ShowCkB_0=Input Data [x]", "ShowCkB_1=X/Y Co-ords",
+                             "ShowCkB_2=Bearing/Length", "ShowCkB_3=GPS Co-ords",
+                             "ShowCkB_4=Alternate GPS Co-ords", "ProcdCkB=Processed",
+                             "IncludeCkB_0=Main Perimeter [x]", "IncludeCkB_1=Sub-division [x]",
+                             "IncludeCkB_2=Intermediate Points [x]", "IncludeCkB_3=Other Lines [x]",
+                             "IncludeCkB_4=Stand Alone Points [x]"});
+    QCOMPARE(Shown(list, boxes), boxes);
     QCOMPARE(Text(list, "FileTagLbl"), "Willow Creek farm");
     QCOMPARE(Text(list, "LstHdrLbl"), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)  ");
     // The listing's texts are single-byte: the degree mark is byte 176.
     QCOMPARE(Line(list, 3), QString::fromLatin1("  3 B           |     14\xB0"
                                                 "30'      268.4"));
     ExpectNoAccessibleNameOnLabels(list);
-    QVERIFY(QFontInfo(Find<QListWidget>(list, "DataLst")->font()).fixedPitch());
+
+    // A double click on a line, or Edit, shows its input; Copy copies the listing.
+    Click(Find(list, "EditBtn"));
+    QVERIFY(dialogs_.boxes.empty());  // no line selected
+    auto* lines = Find<QListWidget>(list, "DataLst");
+    const QPoint line = lines->visualItemRect(lines->item(3)).center();
+    QTest::mouseClick(lines->viewport(), Qt::LeftButton, {}, line);
+    QTest::mouseDClick(lines->viewport(), Qt::LeftButton, {}, line);
+    QCOMPARE(dialogs_.boxes.size(), 1u);
+    QVERIFY(dialogs_.last().text.starts_with("Point 3\n"));
+    Click(Find(list, "EditBtn"));
+    QCOMPARE(dialogs_.boxes.size(), 2u);
+    QVERIFY(dialogs_.last().text.starts_with("Point 3\n"));
+    Click(Find(list, "CopyBtn"));
+    const QStringList copied = QGuiApplication::clipboard()->text().split('\n');
+    QCOMPARE(copied[0], "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)");
+    QCOMPARE(copied[1], Line(list, 0));
+    QVERIFY(QFontInfo(lines->font()).fixedPitch());
   }
 
   // Each kind of box rebuilds the lines at once; scrolled sideways, the heading moves with
@@ -85,25 +95,6 @@ class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!window_->findChild<DataListWindow*>());
     QVERIFY(!Find<QAbstractButton>(OpenList(), "ProcdCkB")->isChecked());
-  }
-
-  // Edit (or a double click) shows the input of the line chosen, Copy copies the listing.
-  void editAndCopyReadTheListing() {
-    DataListWindow* list = OpenList();
-    Click(Find(list, "EditBtn"));
-    QVERIFY(dialogs_.boxes.empty());  // no line selected
-    ClickLine(list, 3);
-    Click(Find(list, "EditBtn"));
-    QCOMPARE(dialogs_.boxes.size(), 1u);
-    QVERIFY(dialogs_.last().text.starts_with("Point 3\n"));
-    ClickLine(list, 4, true);
-    QCOMPARE(dialogs_.boxes.size(), 2u);
-    QVERIFY(dialogs_.last().text.starts_with("Point 4\n"));
-
-    Click(Find(list, "CopyBtn"));
-    const QStringList copied = QGuiApplication::clipboard()->text().split('\n');
-    QCOMPARE(copied[0], "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)");
-    QCOMPARE(copied[1], Line(list, 0));
   }
 
   // The legends' texts are the core's (Legends.h); here they reach the labels and close.

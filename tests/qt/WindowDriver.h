@@ -57,21 +57,16 @@ class WindowDriver {
   static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
   void Click(const QString& button) { Click(Find(button)); }
 
-  // The names of a control array's members, `name`_0 to `name`_(count - 1).
-  static QStringList Members(const char* name, int count) {
-    QStringList names;
-    for (int i = 0; i < count; ++i) names << QString("%1_%2").arg(name).arg(i);
-    return names;
-  }
-  // What buttons and boxes show: each caption, "[x]" when ticked and "(off)" when disabled.
-  static QStringList States(const QObject* parent, const QStringList& names) {
-    QStringList states;
-    for (const QString& name : names) {
-      auto* control = Find<QAbstractButton>(parent, name);
-      states << control->text() + (control->isChecked() ? " [x]" : "") +
-                    (control->isEnabled() ? "" : " (off)");
+  // What the buttons and boxes of `expected` ("name=state") show, in the same form: the
+  // caption, then " [x]" when ticked and " (off)" when disabled.
+  static QStringList Shown(const QObject* parent, const QStringList& expected) {
+    QStringList shown;
+    for (const QString& name : expected) {
+      auto* control = Find<QAbstractButton>(parent, name.section('=', 0, 0));
+      shown << control->objectName() + '=' + control->text() +
+                   (control->isChecked() ? " [x]" : "") + (control->isEnabled() ? "" : " (off)");
     }
-    return states;
+    return shown;
   }
 
   // A click on the drawing where point `index` is drawn, `off` pixels away.
@@ -95,6 +90,9 @@ class WindowDriver {
     });
     open();
     QVERIFY2(seen, "no dialog opened");
+  }
+  void InDialog(const QString& button, std::function<void(QDialog*)> steps) {
+    InDialog([&] { Click(button); }, std::move(steps));
   }
 
   QTemporaryDir folder_;
