@@ -5,8 +5,6 @@
 
 #include "qt/WindowDriver.h"
 
-using plotmeter::qt::PlotView;
-
 class MainWindowTest : public QObject, plotmeter::testing::WindowDriver {
   Q_OBJECT
 
@@ -43,9 +41,7 @@ class MainWindowTest : public QObject, plotmeter::testing::WindowDriver {
         {"DataBtn_1=Save", "OptnsCkB_1=Show Lines [x] (off)", "PrintBtn=Print..."});
     QCOMPARE(Shown(window_.get(), loaded), loaded);
 
-    auto* units = Find<QComboBox>("AreaUnitCmb");
-    units->setFocus();
-    QTest::keyClick(units, Qt::Key_Down);  // Hectares -> Acres
+    Down(Find("AreaUnitCmb"));  // Hectares -> Acres
     QCOMPARE(Text("AreaValLbl"), "34.45");
     Click("OptnsCkB_0");  // sub-division off
     QVERIFY(!Find("AreaSgmtCmb")->isVisible());
@@ -68,7 +64,7 @@ class MainWindowTest : public QObject, plotmeter::testing::WindowDriver {
                           "AreaSgmtCmb", "OptnsCkB_0", "OptnsCkB_2", "OptnsCkB_3", "LegendBtn",
                           "ListBtn", "PrintBtn", "ExportBtn", "ExitBtn", "DisplaySh"}));
 
-    auto* view = Find<PlotView>("DisplaySh");
+    auto* view = Find<plotmeter::qt::PlotView>("DisplaySh");
     auto* tag = Find("TagDSLbl");
     view->setFocus();
     QTest::keyClick(view, Qt::Key_Right);

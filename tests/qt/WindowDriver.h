@@ -56,6 +56,11 @@ class WindowDriver {
   QString Text(const QString& label) { return Text(window_.get(), label); }
   static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
   void Click(const QString& button) { Click(Find(button)); }
+  // Chooses the item after the current one of a list box, from the keyboard.
+  static void Down(QWidget* list) {
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_Down);
+  }
 
   // What the buttons and boxes of `expected` ("name=state") show, in the same form: the
   // caption, then " [x]" when ticked and " (off)" when disabled.
@@ -79,9 +84,10 @@ class WindowDriver {
   // Runs `open`, which shows a modal dialog and returns once it has closed, and `steps`
   // on that dialog; a dialog the steps leave open is cancelled, so that a failed step
   // cannot hang the test.
-  void InDialog(const std::function<void()>& open, std::function<void(QDialog*)> steps) {
+  void InDialog(const std::function<void()>& open, const std::function<void(QDialog*)>& steps) {
     bool seen = false;
-    QTimer::singleShot(0, qApp, [&seen, steps] {
+    QObject call;  // should no dialog open, the steps go with it
+    QTimer::singleShot(0, &call, [&] {
       auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       if (!dialog) return;
       seen = true;
@@ -91,8 +97,8 @@ class WindowDriver {
     open();
     QVERIFY2(seen, "no dialog opened");
   }
-  void InDialog(const QString& button, std::function<void(QDialog*)> steps) {
-    InDialog([&] { Click(button); }, std::move(steps));
+  void InDialog(const QString& button, const std::function<void(QDialog*)>& steps) {
+    InDialog([&] { Click(button); }, steps);
   }
 
   QTemporaryDir folder_;
