@@ -39,7 +39,6 @@ class DataInputDialogTest : public QObject, plotmeter::testing::WindowDriver {
     InDialog("EditPtBtn_0", [](QDialog* dialog) {
       QCOMPARE(dialog->windowTitle(), "Data Input");
       QCOMPARE(Text(dialog, "PointValHdrLbl"), "Modify Point:");
-      QCOMPARE(Text(dialog, "PointValLbl"), "3");
       QCOMPARE(Find<QLineEdit>(dialog, "DataTxt_0")->text(), "100");
       Type(dialog, "DataTxt_0", "200");
       Click(Find(dialog, "ExitBtn_0"));

@@ -46,7 +46,6 @@ class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
                              "IncludeCkB_4=Stand Alone Points [x]"});
     QCOMPARE(Shown(list, boxes), boxes);
     QCOMPARE(Text(list, "FileTagLbl"), "Willow Creek farm");
-    QCOMPARE(Text(list, "LstHdrLbl"), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)  ");
     // The listing's texts are single-byte: the degree mark is byte 176.
     QCOMPARE(Line(list, 3), QString::fromLatin1("  3 B           |     14\xB0"
                                                 "30'      268.4"));
