@@ -1,210 +1,118 @@
-// The "Data Listing" window and the two legends, driven through the main window as a user
-// does: real clicks on real boxes and buttons, lines and texts read from the widgets.
-#include <QApplication>
-#include <QCheckBox>
+// The "Data Listing" window and the two legends, opened from the main window: real clicks
+// on real boxes and buttons, lines and texts read from the widgets.
 #include <QClipboard>
-#include <QLabel>
 #include <QListWidget>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QtTest>
 
-#include "support/ScriptedDialogs.h"
+#include "qt/WindowDriver.h"
 #include "ui/qt/DataListWindow.h"
 #include "ui/qt/LegendWindows.h"
-#include "ui/qt/MainWindow.h"
 
-using plotmeter::qt::AreaLegendWindow;
 using plotmeter::qt::DataListWindow;
-using plotmeter::qt::ListLegendWindow;
-using plotmeter::qt::MainWindow;
 
-namespace {
-
-template <typename Widget>
-Widget* Find(QWidget* window, const char* name) {
-  auto* widget = window->findChild<Widget*>(name);
-  if (!widget) qFatal("no widget %s", name);
-  return widget;
-}
-
-void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
-
-// The listing's texts are single-byte: the degree mark is byte 176.
-QString L1(const char* text) { return QString::fromLatin1(text); }
-
-QStringList Lines(QListWidget* list) {
-  QStringList lines;
-  for (int i = 0; i < list->count(); ++i) lines << list->item(i)->text();
-  return lines;
-}
-
-// The texts of the labels named `name`_0, `name`_1, ... in index order.
-QStringList Texts(QWidget* window, const char* name) {
-  QStringList texts;
-  for (int i = 0;; ++i) {
-    auto* label = window->findChild<QLabel*>(QString("%1_%2").arg(name).arg(i));
-    if (!label) return texts;
-    texts << label->text();
-  }
-}
-
-void ExpectNoAccessibleNameOnLabels(QWidget* window) {
-  for (QLabel* label : window->findChildren<QLabel*>()) {
-    QVERIFY2(label->accessibleName().isEmpty(), qPrintable(label->objectName()));
-  }
-}
-
-}  // namespace
-
-class DataListWindowTest : public QObject {
+class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
   Q_OBJECT
+
+  DataListWindow* OpenList() {
+    Click("ListBtn");
+    return Find<DataListWindow>("DataList");
+  }
+  static QString Line(QWidget* list, int line) {
+    return Find<QListWidget>(list, "DataLst")->item(line)->text();
+  }
+  // A label reads as its text: a name of its own would hide it from a screen reader.
+  static void ExpectNoAccessibleNameOnLabels(QWidget* window) {
+    for (QLabel* label : window->findChildren<QLabel*>()) {
+      QVERIFY2(label->accessibleName().isEmpty(), qPrintable(label->objectName()));
+    }
+  }
 
  private slots:
   void init() {
-    window_ = new MainWindow(&dialogs_);
-    window_->show();
-    window_->openFile(PLOTMETER_EXAMPLES_DIR "/farm.csv");
-    QVERIFY(window_->logic().survey().PointCount() > 0);
+    ShowWindow();
+    window_->openFile(kFarm);
   }
 
-  void cleanup() {
-    delete window_;
-    dialogs_ = {};
-  }
-
-  void listOpensWithInputDataFromTheFile() {
-    DataListWindow* list = openList();
+  // The listing opens with the input from the file, and Edit and Copy read it.
+  void listOpensWithTheInputFromTheFile() {
+    DataListWindow* list = OpenList();
     QCOMPARE(list->windowTitle(), "Data Listing");
-    QVERIFY(list->isModal());
-    const QStringList shown = {"Input Data", "X/Y Co-ords", "Bearing/Length", "GPS Co-ords",
-                               "Alternate GPS Co-ords"};
-    for (int i = 0; i < shown.size(); ++i) {
-      auto* box = Find<QCheckBox>(list, qPrintable(QString("ShowCkB_%1").arg(i)));
-      QCOMPARE(box->text(), shown[i]);
-      QCOMPARE(box->isChecked(), i == 0);
-    }
-    const QStringList included = {"Main Perimeter", "Sub-division", "Intermediate Points",
-                                  "Other Lines", "Stand Alone Points"};
-    for (int i = 0; i < included.size(); ++i) {
-      auto* box = Find<QCheckBox>(list, qPrintable(QString("IncludeCkB_%1").arg(i)));
-      QCOMPARE(box->text(), included[i]);
-      QVERIFY(box->isChecked());
-    }
-    QCOMPARE(Find<QCheckBox>(list, "ProcdCkB")->text(), "Processed");
-    QVERIFY(!Find<QCheckBox>(list, "ProcdCkB")->isChecked());
-    QCOMPARE(Find<QLabel>(list, "UnitLbl")->text(), "Meters");
-    QCOMPARE(Find<QLabel>(list, "FileTagLbl")->text(), "Willow Creek farm");
-    QCOMPARE(Find<QLabel>(list, "LstHdrLbl")->text(), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)  ");
-    const QStringList lines = Lines(Find<QListWidget>(list, "DataLst"));
-    QCOMPARE(lines.first(), "[M] Dataset as Main (Perimeter) for 'Home paddocks'");
-    QCOMPARE(lines[3], L1("  3 B           |     14\xB0"
-                          "30'      268.4"));
-    QVERIFY(QFontInfo(Find<QListWidget>(list, "DataLst")->font()).fixedPitch());
+    QVERIFY(list->isVisible() && list->isModal());
+    const QStringList boxes({"ShowCkB_0=Input Data [x]", "ShowCkB_1=X/Y Co-ords",
+                             "ShowCkB_2=Bearing/Length", "ShowCkB_3=GPS Co-ords",
+                             "ShowCkB_4=Alternate GPS Co-ords", "ProcdCkB=Processed",
+                             "IncludeCkB_0=Main Perimeter [x]", "IncludeCkB_1=Sub-division [x]",
+                             "IncludeCkB_2=Intermediate Points [x]", "IncludeCkB_3=Other Lines [x]",
+                             "IncludeCkB_4=Stand Alone Points [x]"});
+    QCOMPARE(Shown(list, boxes), boxes);
+    QCOMPARE(Text(list, "FileTagLbl"), "Willow Creek farm");
+    // The listing's texts are single-byte: the degree mark is byte 176.
+    QCOMPARE(Line(list, 3), QString::fromLatin1("  3 B           |     14\xB0"
+                                                "30'      268.4"));
     ExpectNoAccessibleNameOnLabels(list);
-  }
 
-  void boxesRebuildTheLinesAtOnce() {
-    DataListWindow* list = openList();
+    // A double click on a line, or Edit, shows its input; Copy copies the listing.
+    Click(Find(list, "EditBtn"));
+    QVERIFY(dialogs_.boxes.empty());  // no line selected
     auto* lines = Find<QListWidget>(list, "DataLst");
-    auto* heading = Find<QLabel>(list, "LstHdrLbl");
-    Click(Find<QCheckBox>(list, "ProcdCkB"));
-    Click(Find<QCheckBox>(list, "ShowCkB_2"));
-    QCOMPARE(heading->text(), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)   | Bearing    Length   ");
-    QCOMPARE(Lines(lines)[7], " -Closing Line Bearing:                 |  192.56027 258.24115");
-    Click(Find<QCheckBox>(list, "IncludeCkB_0"));
-    QCOMPARE(Lines(lines).first(),
-             "[S] Dataset as Sub-division (or Extension) for 'House paddock'");
-    Click(Find<QCheckBox>(list, "ProcdCkB"));
-    QCOMPARE(heading->text(), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)  ");
+    const QPoint line = lines->visualItemRect(lines->item(3)).center();
+    QTest::mouseClick(lines->viewport(), Qt::LeftButton, {}, line);
+    QTest::mouseDClick(lines->viewport(), Qt::LeftButton, {}, line);
+    QCOMPARE(dialogs_.boxes.size(), 1u);
+    QVERIFY(dialogs_.last().text.starts_with("Point 3\n"));
+    Click(Find(list, "EditBtn"));
+    QCOMPARE(dialogs_.boxes.size(), 2u);
+    QVERIFY(dialogs_.last().text.starts_with("Point 3\n"));
+    Click(Find(list, "CopyBtn"));
+    const QStringList copied = QGuiApplication::clipboard()->text().split('\n');
+    QCOMPARE(copied[0], "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)");
+    QCOMPARE(copied[1], Line(list, 0));
+    QVERIFY(QFontInfo(lines->font()).fixedPitch());
   }
 
-  // Scrolled sideways, the heading moves with the lines.
-  void headingScrollsWithTheLines() {
-    DataListWindow* list = openList();
-    for (const char* box : {"ProcdCkB", "ShowCkB_1", "ShowCkB_2", "ShowCkB_3", "ShowCkB_4"}) {
-      Click(Find<QCheckBox>(list, box));
-    }
+  // Each kind of box rebuilds the lines at once; scrolled sideways, the heading moves with
+  // them. Closed, the listing is gone; opened again, it starts afresh.
+  void boxesRebuildTheLinesUntilTheListingCloses() {
+    DataListWindow* list = OpenList();
+    Click(Find(list, "ProcdCkB"));
+    Click(Find(list, "ShowCkB_2"));
+    QCOMPARE(Text(list, "LstHdrLbl"),
+             "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)   | Bearing    Length   ");
+    Click(Find(list, "IncludeCkB_0"));
+    QCOMPARE(Line(list, 0), "[S] Dataset as Sub-division (or Extension) for 'House paddock'");
+
+    for (const char* box : {"ShowCkB_1", "ShowCkB_3", "ShowCkB_4"}) Click(Find(list, box));
     auto* heading = Find<QLabel>(list, "LstHdrLbl");
     QScrollBar* sideways = Find<QListWidget>(list, "DataLst")->horizontalScrollBar();
     QTRY_VERIFY(sideways->maximum() > 100);
     const int before = heading->x();
     sideways->setValue(100);
     QCOMPARE(heading->x(), before - 100);
-  }
 
-  void editShowsTheWholeInputOfTheSelectedLine() {
-    DataListWindow* list = openList();
-    auto* lines = Find<QListWidget>(list, "DataLst");
-    Click(Find<QPushButton>(list, "EditBtn"));
-    QVERIFY(dialogs_.boxes.empty());  // no line selected
-    const QRect line = lines->visualItemRect(lines->item(3));
-    QTest::mouseClick(lines->viewport(), Qt::LeftButton, {}, line.center());
-    Click(Find<QPushButton>(list, "EditBtn"));
-    QCOMPARE(dialogs_.boxes.size(), 1u);
-    QCOMPARE(dialogs_.last().text,
-             "Point 3\nI/P-X(B): 14\xB0"
-             "30'\nI/P-Y(L): 268.4");
-    const QPoint next = lines->visualItemRect(lines->item(4)).center();
-    QTest::mouseClick(lines->viewport(), Qt::LeftButton, {}, next);
-    QTest::mouseDClick(lines->viewport(), Qt::LeftButton, {}, next);
-    QCOMPARE(dialogs_.boxes.size(), 2u);
-    QCOMPARE(dialogs_.last().text,
-             "Point 4\nI/P-X(B): 301\xB0"
-             "15'\nI/P-Y(L): 190");
-  }
-
-  void copyPutsTheListingOnTheClipboard() {
-    DataListWindow* list = openList();
-    Click(Find<QPushButton>(list, "CopyBtn"));
-    const QStringList copied = QGuiApplication::clipboard()->text().split('\n');
-    QCOMPARE(copied[0], "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)");
-    QCOMPARE(copied[1], Lines(Find<QListWidget>(list, "DataLst")).first());
+    Click(Find(list, "CloseBtn"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!window_->findChild<DataListWindow*>());
+    QVERIFY(!Find<QAbstractButton>(OpenList(), "ProcdCkB")->isChecked());
   }
 
   // The legends' texts are the core's (Legends.h); here they reach the labels and close.
   void legendsShowTheirTextsAndClose() {
-    Click(Find<QPushButton>(window_, "LegendBtn"));
-    auto* area = Find<AreaLegendWindow>(window_, "Legend");
+    Click("LegendBtn");
+    auto* area = Find<plotmeter::qt::AreaLegendWindow>("Legend");
     QCOMPARE(area->windowTitle(), "Area Display Legend");
-    QCOMPARE(Texts(area, "LegendLbl").first(), "Main and Sub-division Perimeter Lines");
+    QCOMPARE(Text(area, "LegendLbl_0"), "Main and Sub-division Perimeter Lines");
     ExpectNoAccessibleNameOnLabels(area);
-    QCOMPARE(Find<QWidget>(area, "LegendSh_6")->accessibleName(),
+    QCOMPARE(Find(area, "LegendSh_6")->accessibleName(),
              "Symbol: Point for Editing (mouse Left click on a point)");
-    Click(Find<QPushButton>(area, "CloseBtn"));
+    Click(Find(area, "CloseBtn"));
     QVERIFY(!area->isVisible());
 
-    DataListWindow* list = openList();
-    Click(Find<QPushButton>(list, "LegendBtn"));
-    auto* codes = Find<ListLegendWindow>(list, "ListLegend");
+    DataListWindow* list = OpenList();
+    Click(Find(list, "LegendBtn"));
+    auto* codes = Find<plotmeter::qt::ListLegendWindow>(list, "ListLegend");
     QCOMPARE(codes->windowTitle(), "List Legend");
-    QCOMPARE(Texts(codes, "CodeLbl").first(), "X_: X/Y Co-ordinates");
-    ExpectNoAccessibleNameOnLabels(codes);
-    Click(Find<QPushButton>(codes, "CloseBtn"));
-    QVERIFY(!codes->isVisible());
+    QCOMPARE(Text(codes, "CodeLbl_0"), "X_: X/Y Co-ordinates");
   }
-
-  void closeEndsTheListing() {
-    DataListWindow* list = openList();
-    Click(Find<QPushButton>(list, "CloseBtn"));
-    QVERIFY(!list->isVisible());
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!window_->findChild<DataListWindow*>());
-    // Opened again, it starts afresh.
-    list = openList();
-    QVERIFY(!Find<QCheckBox>(list, "ProcdCkB")->isChecked());
-  }
-
- private:
-  DataListWindow* openList() {
-    Click(Find<QPushButton>(window_, "ListBtn"));
-    auto* list = window_->findChild<DataListWindow*>("DataList");
-    if (!list || !list->isVisible()) qFatal("the listing did not open");
-    return list;
-  }
-
-  plotmeter::testing::ScriptedDialogs dialogs_;
-  MainWindow* window_ = nullptr;
 };
 
 QTEST_MAIN(DataListWindowTest)
