@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,7 +13,6 @@ namespace plotmeter {
 namespace {
 
 using testing::Entered;
-using testing::ScriptedDialogs;
 
 // Point 3 is an intermediate point given by a length along the line to point 4, which is
 // measured from it; point 7 is an intermediate point given by co-ordinates.
@@ -33,60 +31,54 @@ std::string Entries(const Survey& survey) {
   return text;
 }
 
-struct DeleteRow {
-  const char* name;
-  int index;
-  bool deleted;
-  const char* followingLength;  // of the point that takes the deleted one's place
-};
-
-void PrintTo(const DeleteRow& row, std::ostream* out) { *out << row.name; }
-
-class DeleteTest : public ::testing::TestWithParam<DeleteRow> {};
-
-TEST_P(DeleteTest, RemovesThePointOrRefusesSilently) {
-  const DeleteRow& row = GetParam();
-  Survey survey = Entered(kLoaded);
-  const Survey before = survey;
-  ASSERT_EQ(DeletePoint(survey, row.index), row.deleted);
-  if (!row.deleted) {
-    EXPECT_EQ(Entries(survey), Entries(before));
-    return;
+TEST(PointEditsTest, DeleteRemovesThePointOrRefusesSilently) {
+  const struct {
+    const char* name;
+    int index;
+    bool deleted;
+    const char* followingLength;  // of the point that takes the deleted one's place
+  } rows[] = {
+      {"start point", 5, false, ""},
+      {"only point of its dataset", 8, false, ""},
+      {"shape point", 1, true, "10"},
+      {"intermediate by length lengthens the next", 2, true, "30.0"},
+      {"intermediate by co-ordinates", 6, true, "4"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const Survey before = Entered(kLoaded);
+    Survey survey = before;
+    ASSERT_EQ(DeletePoint(survey, row.index), row.deleted);
+    if (!row.deleted) {
+      EXPECT_EQ(Entries(survey), Entries(before));
+      continue;
+    }
+    ASSERT_EQ(survey.PointCount(), before.PointCount() - 1);
+    for (int later = DatasetOfPoint(before, row.index) + 1; later < survey.DatasetCount();
+         ++later) {
+      EXPECT_EQ(survey.Datasets[later].DatasetStart, before.Datasets[later].DatasetStart - 1);
+    }
+    EXPECT_EQ(survey.Points[row.index].PtNumber, before.Points[row.index + 1].PtNumber);
+    EXPECT_EQ(survey.Points[row.index].InYL, row.followingLength);
   }
-  ASSERT_EQ(survey.PointCount(), before.PointCount() - 1);
-  int d = DatasetOfPoint(before, row.index);
-  for (int later = d + 1; later < survey.DatasetCount(); ++later) {
-    EXPECT_EQ(survey.Datasets[later].DatasetStart, before.Datasets[later].DatasetStart - 1);
-  }
-  EXPECT_EQ(survey.Points[row.index].PtNumber, before.Points[row.index + 1].PtNumber);
-  EXPECT_EQ(survey.Points[row.index].InYL, row.followingLength);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DeleteTest,
-    ::testing::Values(DeleteRow{"start point", 5, false, ""},
-                      DeleteRow{"only point of its dataset", 8, false, ""},
-                      DeleteRow{"shape point", 1, true, "10"},
-                      DeleteRow{"intermediate by length lengthens the next", 2, true, "30.0"},
-                      DeleteRow{"intermediate by co-ordinates", 6, true, "4"}));
-
-// Runs the dialog as a user would and counts the processing runs.
-class ScriptedWindow : public EditWindow {
+// The edit buttons over the data, the dialog run as a user would: each edit types a new X
+// into point 2 and applies or cancels; processing runs are counted.
+class EditSession : public EditWindow {
  public:
-  explicit ScriptedWindow(std::function<void()> dialog) : dialog_(std::move(dialog)) {}
-  void ShowPointDialog() override { dialog_(); }
+  void ShowPointDialog() override {
+    DataInputLogic dialog(survey, state, edit, snapshot, dialogs);
+    dialog.Open();
+    dialog.TypeDataTxt(0, std::to_string(++typed));
+    dialog.ClickExitBtn(cancel ? 1 : 0);
+    EXPECT_FALSE(dialog.IsOpen());
+  }
   void RunProcessing() override { ++processingRuns; }
-  int processingRuns = 0;
 
- private:
-  std::function<void()> dialog_;
-};
-
-class EditButtonsTest : public ::testing::Test {
- protected:
-  // Each letter one action on point 2: D delete, M modify (a new X) and apply, C modify
-  // and cancel, U UnDo; S deletes the start point (refused). The point is selected first,
-  // as a click on it does.
+  // Each letter one action on point 2: D delete, M modify and apply, C modify and cancel,
+  // U UnDo; S deletes the start point (refused). The point is selected first, as a click
+  // on it does.
   void Run(std::string_view actions) {
     if (history.empty()) history.push_back(Entries(survey));
     for (char action : actions) {
@@ -96,20 +88,11 @@ class EditButtonsTest : public ::testing::Test {
         buttons.EditPtBtn = {true, true, true, buttons.EditPtBtn[kUndoButton]};
       }
       cancel = action == 'C';
-      int button = action == 'D' || action == 'S' ? kDeleteButton
-                   : action == 'U'                ? kUndoButton
-                                                  : kModifyButton;
-      OnEditPointButton(context, button);
+      OnEditPointButton(context, action == 'D' || action == 'S' ? kDeleteButton
+                                 : action == 'U'                ? kUndoButton
+                                                                : kModifyButton);
       history.push_back(Entries(survey));
     }
-  }
-
-  void RunDialog() {
-    DataInputLogic dialog(survey, state, edit, snapshot, dialogs);
-    dialog.Open();
-    dialog.TypeDataTxt(0, std::to_string(++typed));
-    dialog.ClickExitBtn(cancel ? 1 : 0);
-    EXPECT_FALSE(dialog.IsOpen());
   }
 
   Survey survey = Entered(kLoaded);
@@ -117,89 +100,83 @@ class EditButtonsTest : public ::testing::Test {
   EditState edit{.File = kFileCurrent};
   UndoSnapshot snapshot;
   EditButtonsEnabled buttons{.SaveBtn = true};
-  ScriptedDialogs dialogs;
-  ScriptedWindow window{[this] { RunDialog(); }};
-  PointEditContext context{survey, state, edit, snapshot, buttons, window};
+  testing::ScriptedDialogs dialogs;
+  PointEditContext context{survey, state, edit, snapshot, buttons, *this};
   std::vector<std::string> history;
   int typed = 100;
   bool cancel = false;
+  int processingRuns = 0;
 };
 
-struct SequenceRow {
-  const char* actions;
-  bool unsaved;       // the exit guard asks
-  int sameAsAfter;    // the data is as it was after this many actions
-  int snapshotAfter;  // the snapshot holds the data as after this many actions
-};
-
-void PrintTo(const SequenceRow& row, std::ostream* out) { *out << row.actions; }
-
-class EditSequenceTest : public EditButtonsTest,
-                         public ::testing::WithParamInterface<SequenceRow> {};
-
-TEST_P(EditSequenceTest, LeavesDataMarksAndSnapshot) {
-  const SequenceRow& row = GetParam();
-  Run(row.actions);
-  EXPECT_EQ(edit.Unsaved(), row.unsaved);
-  EXPECT_EQ(history.back(), history[row.sameAsAfter]);
-  Survey snapshotData;
-  RestoreUndoSnapshot(snapshotData, snapshot);
-  EXPECT_EQ(Entries(snapshotData), history[row.snapshotAfter]);
-  EXPECT_FALSE(buttons.EditPtBtn[kModifyButton] || buttons.EditPtBtn[kDeleteButton]);
-  EXPECT_EQ(state.SelectedPoint, -1);
-  EXPECT_TRUE(dialogs.boxes.empty());
+TEST(EditButtonsTest, SequencesLeaveTheirDataMarksAndSnapshot) {
+  const struct {
+    const char* actions;
+    bool unsaved;       // the exit guard asks
+    int sameAsAfter;    // the data is as it was after this many actions
+    int snapshotAfter;  // the snapshot holds the data as after this many actions
+  } rows[] = {
+      {"DU", false, 0, 0},
+      {"DDU", true, 1, 1},
+      {"MU", false, 0, 0},
+      {"MMU", true, 1, 1},
+      // Cancelled: the snapshot is taken all the same.
+      {"C", false, 0, 0},
+      {"DC", true, 1, 1},
+      // UnDo after a refused deletion once cleared the marks of data still changed.
+      {"MSU", true, 1, 1},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.actions);
+    EditSession session;
+    session.Run(row.actions);
+    EXPECT_EQ(session.edit.Unsaved(), row.unsaved);
+    EXPECT_EQ(session.history.back(), session.history[row.sameAsAfter]);
+    Survey snapshotData;
+    RestoreUndoSnapshot(snapshotData, session.snapshot);
+    EXPECT_EQ(Entries(snapshotData), session.history[row.snapshotAfter]);
+    EXPECT_FALSE(session.buttons.EditPtBtn[kModifyButton] ||
+                 session.buttons.EditPtBtn[kDeleteButton]);
+    EXPECT_EQ(session.state.SelectedPoint, -1);
+    EXPECT_TRUE(session.dialogs.boxes.empty());
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, EditSequenceTest,
-    ::testing::Values(SequenceRow{"DU", false, 0, 0}, SequenceRow{"DDU", true, 1, 1},
-                      SequenceRow{"MU", false, 0, 0}, SequenceRow{"MMU", true, 1, 1},
-                      // Cancelled: the snapshot is taken all the same.
-                      SequenceRow{"C", false, 0, 0}, SequenceRow{"DC", true, 1, 1},
-                      // UnDo after a refused deletion once cleared the marks of data still
-                      // changed.
-                      SequenceRow{"MSU", true, 1, 1}));
-
-TEST_F(EditButtonsTest, UndoTakesBackOnlyTheLastEditAndThenIsDisabled) {
-  Run("MM");
-  EXPECT_TRUE(buttons.EditPtBtn[kUndoButton]);
-  Run("U");
-  EXPECT_FALSE(buttons.EditPtBtn[kUndoButton]);
-  Run("U");  // a disabled button does nothing
-  EXPECT_EQ(history.back(), history[1]);
-  EXPECT_NE(history.back(), history[0]);
+TEST(EditButtonsTest, UndoTakesBackOnlyTheLastEditAndThenIsDisabled) {
+  EditSession session;
+  session.Run("MM");
+  EXPECT_TRUE(session.buttons.EditPtBtn[kUndoButton]);
+  const int runs = session.processingRuns;
+  session.Run("U");
+  EXPECT_FALSE(session.buttons.EditPtBtn[kUndoButton]);
+  EXPECT_EQ(session.processingRuns, runs + 1);
+  session.Run("U");  // a disabled button does nothing
+  EXPECT_EQ(session.processingRuns, runs + 1);
+  EXPECT_EQ(session.history.back(), session.history[1]);
+  EXPECT_NE(session.history.back(), session.history[0]);
 }
 
-struct SaveRow {
-  const char* name;
-  std::uint8_t changes;
-  std::uint8_t file;
-  int deleted;
-  bool saveEnabled;
-};
-
-void PrintTo(const SaveRow& row, std::ostream* out) { *out << row.name; }
-
-class SaveRuleTest : public EditButtonsTest, public ::testing::WithParamInterface<SaveRow> {};
-
-TEST_P(SaveRuleTest, DeleteEndsWithTheSaveRule) {
-  const SaveRow& row = GetParam();
-  edit.Changes = row.changes;
-  edit.File = row.file;
-  state.SelectedPoint = row.deleted;
-  buttons.EditPtBtn[kDeleteButton] = true;
-  OnEditPointButton(context, kDeleteButton);
-  EXPECT_EQ(buttons.SaveBtn, row.saveEnabled);
-  EXPECT_TRUE(buttons.EditPtBtn[kUndoButton]);
+TEST(EditButtonsTest, DeleteEndsWithTheSaveRule) {
+  const struct {
+    std::uint8_t changes, file;
+    int deleted;
+    bool saveEnabled;
+  } rows[] = {
+      {0, kFileCurrent, 1, true},   // deleted
+      {0, 0, 1, false},             // no file current
+      {0, kFileCurrent, 0, false},  // refused, nothing changed
+      // A refused deletion after a change keeps the change across UnDo.
+      {kDataChanged, kFileCurrent, 0, true},
+  };
+  for (const auto& row : rows) {
+    EditSession session;
+    session.edit = {.Changes = row.changes, .File = row.file};
+    session.state.SelectedPoint = row.deleted;
+    session.buttons.EditPtBtn[kDeleteButton] = true;
+    OnEditPointButton(session.context, kDeleteButton);
+    EXPECT_EQ(session.buttons.SaveBtn, row.saveEnabled) << row.deleted << row.file;
+    EXPECT_TRUE(session.buttons.EditPtBtn[kUndoButton]);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, SaveRuleTest,
-    ::testing::Values(SaveRow{"deleted", 0, kFileCurrent, 1, true},
-                      SaveRow{"no file current", 0, 0, 1, false},
-                      SaveRow{"refused, nothing changed", 0, kFileCurrent, 0, false},
-                      // A refused deletion after a change keeps the change across UnDo.
-                      SaveRow{"refused, data changed", kDataChanged, kFileCurrent, 0, true}));
 
 }  // namespace
 }  // namespace plotmeter
