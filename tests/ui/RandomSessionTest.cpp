@@ -96,11 +96,26 @@ std::string RandomText(RandomDialogs& pick, const Survey& survey) {
   return text;
 }
 
+// An action of the user, listed with how likely it is against the others.
+struct Action {
+  int weight;
+  const char* name;
+  std::function<void()> run;
+};
+
 class RandomSessionTest : public ::testing::Test {
  protected:
-  void Note(std::string action) {
-    recent_.push_back(std::to_string(step_) + ": " + std::move(action));
-    if (recent_.size() > 40) recent_.pop_front();
+  // Runs one of `actions`, drawn by their weights, and notes it for the failure messages.
+  void RunOne(const std::vector<Action>& actions, const char* indent = "") {
+    int drawn = 0;
+    for (const Action& action : actions) drawn += action.weight;
+    drawn = dialogs_.Pick(drawn);
+    for (const Action& action : actions) {
+      if ((drawn -= action.weight) >= 0) continue;
+      recent_.push_back(std::to_string(step_) + ": " + indent + action.name);
+      if (recent_.size() > 40) recent_.pop_front();
+      return action.run();
+    }
   }
   std::string Recent() const {
     std::string text = "seed " + std::to_string(seed_) + ", last actions:\n";
@@ -133,67 +148,56 @@ class RandomSessionTest : public ::testing::Test {
   std::deque<std::string> recent_;
 };
 
-// One action of the window, drawn with the weights of the list: clicks on points and
-// anywhere, the edit buttons, the file commands, the option boxes, the area lists.
 void RandomSessionTest::Act() {
   RandomDialogs& pick = dialogs_;
-  const std::vector<ScreenPoint>& screen = logic_.scene().screen;
-  const int action = pick.Pick(20);
-  if (action < 4 && !screen.empty()) {
-    const int point = pick.Pick(screen.size());
-    Note("left click on point " + std::to_string(point + 1));
-    logic_.ClickDrawing(MouseButton::kLeft, screen[point].x, screen[point].y);
-  } else if (action < 5) {
+  auto anywhere = [&] {
     const float x = pick.Pick(4600) - 200.0f, y = pick.Pick(4600) - 200.0f;
-    const auto button = static_cast<MouseButton>(pick.Pick(3));
-    Note("click " + std::to_string(int(button)) + " at " + std::to_string(x) + "," +
-         std::to_string(y));
-    logic_.ClickDrawing(button, x, y);
-  } else if (action < 11) {
-    const int button = pick.Pick(4);
-    Note("edit button " + std::to_string(button));
-    logic_.ClickEditButton(button, dialogs_, dialog_);
-  } else if (action == 11) {
-    Note("Create New");
-    logic_.CommandCreateNew(dialogs_, dialog_);
-  } else if (action == 12) {
-    Note("Load");
-    logic_.CommandLoad(dialogs_);
-  } else if (action == 13) {
-    const std::string example = pick.Example();
-    Note("load " + example);
-    logic_.LoadNamed(example, dialogs_);
-  } else if (action < 16) {
+    logic_.ClickDrawing(static_cast<MouseButton>(pick.Pick(3)), x, y);
+  };
+  auto onAPoint = [&] {
+    const std::vector<ScreenPoint>& screen = logic_.scene().screen;
+    if (screen.empty()) return anywhere();
+    const ScreenPoint& at = screen[pick.Pick(screen.size())];
+    logic_.ClickDrawing(MouseButton::kLeft, at.x, at.y);
+  };
+  auto save = [&] {
     const bool saveAs = pick.Chance(2);
-    Note(saveAs ? "Save As" : "Save");
     if (saveAs ? logic_.CommandSaveAs(dialogs_) : logic_.CommandSave(dialogs_)) {
       CheckSavedFileLoadsAgain();
     }
-  } else if (action == 16) {
-    const int option = pick.Pick(kOptionCount);
-    const bool ticked = pick.Chance(2);
-    Note("option " + std::to_string(option) + (ticked ? " ticked" : " cleared"));
-    logic_.ClickOption(option, ticked, dialogs_);
-  } else if (action == 17) {
-    Note("area unit / segment");
-    logic_.SetAreaUnit(pick.Pick(10) - 1);
-    logic_.SetSegment(pick.Pick(4) - 1);
-  } else if (action == 18) {
-    Note("Exit");
-    logic_.CommandExit(dialogs_);
-  } else {
-    Note("enabled edit button");
+  };
+  auto enabledButton = [&] {
     for (int button = 0; button < kEditButtonCount; ++button) {
       if (logic_.display().EditPtBtnEnabled[button] && pick.Chance(2)) {
-        logic_.ClickEditButton(button, dialogs_, dialog_);
-        break;
+        return logic_.ClickEditButton(button, dialogs_, dialog_);
       }
     }
-  }
+  };
+  RunOne({
+      {4, "left click on a point", onAPoint},
+      {1, "click anywhere", anywhere},
+      {6, "edit button", [&] { logic_.ClickEditButton(pick.Pick(4), dialogs_, dialog_); }},
+      {1, "Create New", [&] { logic_.CommandCreateNew(dialogs_, dialog_); }},
+      {1, "Load", [&] { logic_.CommandLoad(dialogs_); }},
+      {1, "load an example", [&] { logic_.LoadNamed(pick.Example(), dialogs_); }},
+      {2, "Save or Save As", save},
+      {1, "option box",
+       [&] {
+         const int option = pick.Pick(kOptionCount);
+         logic_.ClickOption(option, pick.Chance(2), dialogs_);
+       }},
+      {1, "area unit and segment",
+       [&] {
+         logic_.SetAreaUnit(pick.Pick(10) - 1);
+         logic_.SetSegment(pick.Pick(4) - 1);
+       }},
+      {1, "Exit", [&] { logic_.CommandExit(dialogs_); }},
+      {1, "an enabled edit button", enabledButton},
+  });
 }
 
-// One action in the point entry dialog, each as likely as the others but a good point
-// (coordinates typed and "Next"), three times as likely, and the value fields, twice.
+// Typed text goes into the value fields, twice as often as into the others; a good point
+// (co-ordinates typed, then "Next") is the likeliest action.
 void RandomSessionTest::ActInDialog(DataInputLogic& dialog) {
   RandomDialogs& pick = dialogs_;
   const Survey& survey = logic_.survey();
@@ -204,36 +208,29 @@ void RandomSessionTest::ActInDialog(DataInputLogic& dialog) {
                ? pick.Pick(300) - 2
                : survey.Points[pick.Pick(survey.Points.size())].PtNumber;
   };
-  auto goodPoint = [&] {
-    dialog.ChoosePtTypCmb(kTypeCoordinates);
-    dialog.TypeDataTxt(0, std::to_string(pick.Pick(500)));
-    dialog.TypeDataTxt(1, std::to_string(pick.Pick(500)));
-    dialog.ClickNext();
-  };
-  const std::vector<std::function<void()>> actions = {
-      [&] { dialog.TypeDataTxt(index, text()); },
-      [&] { dialog.TypeDataTxt(index, text()); },
-      [&] { dialog.TypeGPSTxt(index, text()); },
-      [&] { dialog.ChooseGPSCmb(index, pick.Pick(3) - 1 + index); },
-      [&] { dialog.ChoosePtTypCmb(pick.Pick(6)); },
-      [&] { dialog.TickPtQualifCkB(pick.Pick(3), pick.Chance(2)); },
-      [&] { dialog.LinkToPoint(linked()); },
-      [&] { dialog.ChooseTypOpt(pick.Pick(6)); },
-      [&] { dialog.TypeDSTagTxt(text()); },
-      [&] { dialog.TypeFileTagTxt(text()); },
-      [&] { dialog.TypeMagDecTxt(text()); },
-      [&] { dialog.ChooseUOMCmb(pick.Pick(7)); },
-      [&] { dialog.ClickNxtPrevBtn(index); },
-      [&] { dialog.ClickDSNxtPrevBtn(index); },
-      [&] { dialog.ClickExitBtn(pick.Chance(3) ? 1 : 0); },
-      goodPoint,
-      goodPoint,
-      goodPoint,
-  };
-  const int action = pick.Pick(actions.size());
-  Note("  dialog action " + std::to_string(action) + " on " + std::to_string(index));
   ++dialogActions_;
-  actions[action]();
+  RunOne({{2, "DataTxt", [&] { dialog.TypeDataTxt(index, text()); }},
+          {1, "GPSTxt", [&] { dialog.TypeGPSTxt(index, text()); }},
+          {1, "GPSCmb", [&] { dialog.ChooseGPSCmb(index, pick.Pick(3) - 1 + index); }},
+          {1, "PtTypCmb", [&] { dialog.ChoosePtTypCmb(pick.Pick(6)); }},
+          {1, "PtQualifCkB", [&] { dialog.TickPtQualifCkB(pick.Pick(3), pick.Chance(2)); }},
+          {1, "PtRef#", [&] { dialog.LinkToPoint(linked()); }},
+          {1, "TypOpt", [&] { dialog.ChooseTypOpt(pick.Pick(6)); }},
+          {1, "DSTagTxt", [&] { dialog.TypeDSTagTxt(text()); }},
+          {1, "FileTagTxt", [&] { dialog.TypeFileTagTxt(text()); }},
+          {1, "MagDecTxt", [&] { dialog.TypeMagDecTxt(text()); }},
+          {1, "UOMCmb", [&] { dialog.ChooseUOMCmb(pick.Pick(7)); }},
+          {1, "NxtPrevBtn", [&] { dialog.ClickNxtPrevBtn(index); }},
+          {1, "DSNxtPrevBtn", [&] { dialog.ClickDSNxtPrevBtn(index); }},
+          {1, "ExitBtn", [&] { dialog.ClickExitBtn(pick.Chance(3) ? 1 : 0); }},
+          {3, "a good point",
+           [&] {
+             dialog.ChoosePtTypCmb(kTypeCoordinates);
+             dialog.TypeDataTxt(0, std::to_string(pick.Pick(500)));
+             dialog.TypeDataTxt(1, std::to_string(pick.Pick(500)));
+             dialog.ClickNext();
+           }}},
+         "  ");
 }
 
 // Datasets start in order inside the points and cover them; every point number is used
