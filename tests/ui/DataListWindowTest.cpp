@@ -1,6 +1,7 @@
+// The "Data Listing" window's own part: its boxes, "Edit" and "Copy"; the lines themselves
+// are DataListingTest's.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 
 #include "support/ScriptedDialogs.h"
@@ -19,12 +20,6 @@ class DataListWindowTest : public ::testing::Test {
     return logic_.survey();
   }
 
-  static bool HasLineStarting(const DataListWindowLogic& window, const std::string& start) {
-    const auto& lines = window.listing().DataLst();
-    return std::any_of(lines.begin(), lines.end(),
-                       [&](const std::string& line) { return line.starts_with(start); });
-  }
-
   testing::TestFolder folder_;
   testing::ScriptedDialogs dialogs_;
   PlotmeterLogic logic_;
@@ -37,36 +32,30 @@ const std::string kBlock =
 
 TEST_F(DataListWindowTest, EveryClickRebuildsTheLinesAtOnce) {
   DataListWindowLogic window(Load(kBlock));
-  // From the file only the input columns are listed, whatever else is ticked.
+  const DataListLogic& listing = window.listing();
   window.ClickShow(1, true);
   EXPECT_TRUE(window.ShowCkB(1));
-  EXPECT_EQ(window.listing().LstHdrLbl(), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)  ");
   window.ClickProcessed(true);
-  EXPECT_EQ(window.listing().LstHdrLbl(),
-            "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)   | X         Y        ");
-  EXPECT_TRUE(HasLineStarting(window, " -Closing Line Bearing:"));
+  EXPECT_TRUE(window.ProcdCkB());
+  EXPECT_EQ(listing.LstHdrLbl(), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)   | X         Y        ");
   window.ClickShow(0, false);
-  EXPECT_EQ(window.listing().LstHdrLbl(), "Pt# Typ Ref Tgt | X         Y        ");
-  EXPECT_TRUE(HasLineStarting(window, "[M]"));
+  EXPECT_EQ(listing.LstHdrLbl(), "Pt# Typ Ref Tgt | X         Y        ");
+  EXPECT_EQ(listing.DataLst()[0], "[M] Dataset as Main (Perimeter) for 'Home'");
   window.ClickInclude(kIncludeMain, false);
   EXPECT_FALSE(window.IncludeCkB(kIncludeMain));
-  EXPECT_FALSE(HasLineStarting(window, "[M]"));
-  EXPECT_TRUE(HasLineStarting(window, "[L]"));
+  EXPECT_EQ(listing.DataLst()[0], "[L] Dataset as Line for 'Road'");
   // No such box: nothing changes.
-  const std::vector<std::string> before = window.listing().DataLst();
+  const std::vector<std::string> before = listing.DataLst();
   window.ClickShow(kShowCount, true);
   window.ClickInclude(-1, false);
-  EXPECT_EQ(window.listing().DataLst(), before);
-}
+  EXPECT_EQ(listing.DataLst(), before);
 
-// The listing from the file is the file as last saved, not the survey in memory.
-TEST_F(DataListWindowTest, ListingFromTheFileReadsTheFileAgain) {
-  DataListWindowLogic window(Load(kBlock));
+  // The listing from the file is the file as last saved, not the survey in memory.
   folder_.Write("survey.csv", "44,#0092,1,0,0,58\nH,P,Shed\n9,X,,,5,5\n");
-  window.ClickInclude(kIncludeLines, false);
-  EXPECT_EQ(window.listing().DataLst()[0], "[P] Dataset as Single Point for 'Shed'");
+  window.ClickProcessed(false);
+  EXPECT_EQ(listing.DataLst()[0], "[P] Dataset as Single Point for 'Shed'");
   window.ClickProcessed(true);
-  EXPECT_EQ(window.listing().DataLst()[0], "[M] Dataset as Main (Perimeter) for 'Home'");
+  EXPECT_EQ(listing.DataLst()[0], "[L] Dataset as Line for 'Road'");
 }
 
 TEST_F(DataListWindowTest, EditShowsTheWholeTypedInputOfACutValue) {
@@ -79,18 +68,15 @@ TEST_F(DataListWindowTest, EditShowsTheWholeTypedInputOfACutValue) {
   EXPECT_EQ(box.text, "Point 2\nI/P-X(B): 40.00000000\nI/P-Y(L): 0");
   EXPECT_EQ(box.icon, Icon::Information);
   // A heading line, a closing line row or no line at all shows nothing.
-  const std::size_t shown = dialogs_.boxes.size();
   for (int line : {-1, 0, 5, 1000}) EXPECT_FALSE(window.Edit(line, dialogs_)) << line;
-  EXPECT_EQ(dialogs_.boxes.size(), shown);
-}
+  EXPECT_EQ(dialogs_.boxes.size(), 1u);
 
-// A value no one typed by hand (a damaged file) is shown in part, so the box stays usable.
-TEST_F(DataListWindowTest, EditCutsAValueBeyondAThousandCharacters) {
+  // A value no one typed by hand (a damaged file) is shown in part, so the box stays usable.
   const std::string whole(1000, '7');
-  DataListWindowLogic window(
+  DataListWindowLogic damaged(
       Load("44,#0092,1,0,0,58\nH,M\n1,X,,," + whole + ",1\n2,X,,," + whole + "8,2\n"));
-  EXPECT_EQ(window.EditBox(1)->text, "Point 1\nI/P-X(B): " + whole + "\nI/P-Y(L): 1");
-  EXPECT_EQ(window.EditBox(2)->text,
+  EXPECT_EQ(damaged.EditBox(1)->text, "Point 1\nI/P-X(B): " + whole + "\nI/P-Y(L): 1");
+  EXPECT_EQ(damaged.EditBox(2)->text,
             "Point 2\nI/P-X(B): " + whole + "+ (1001 characters)\nI/P-Y(L): 2");
 }
 
