@@ -10,7 +10,9 @@
 #include "datafile/DataFileReader.h"
 #include "support/Latin1.h"
 #include "support/MemoryLimit.h"
+#include "support/ScriptedDialogs.h"
 #include "support/TestFolder.h"
+#include "ui/DataListWindow.h"
 #include "ui/DataListing.h"
 #include "ui/PlotmeterLogic.h"
 
@@ -121,7 +123,7 @@ TEST(DataListingGoldenTest, AWriteInProgressChangesNothingOfTheListing) {
 }
 
 // Lists data files written into the test's own folder, as the window does with
-// "Processed" cleared.
+// "Processed" cleared, or loads them as "Load" does for the window.
 class DataListingTest : public ::testing::Test {
  protected:
   const std::vector<std::string>& ListFile(const std::string& text) {
@@ -129,10 +131,16 @@ class DataListingTest : public ::testing::Test {
     list_.Refresh(survey_);
     return list_.DataLst();
   }
+  const Survey& Load(const std::string& text) {
+    logic_.LoadNamed(folder_.Write("survey.csv", text), dialogs_);
+    return logic_.survey();
+  }
 
   TestFolder folder_;
   Survey survey_;
   DataListLogic list_;
+  testing::ScriptedDialogs dialogs_;
+  PlotmeterLogic logic_;
 };
 
 constexpr const char* kHeader = "44,#0092,1,0,0,58\n";
@@ -147,14 +155,6 @@ TEST_F(DataListingTest, AFileThatCannotBeReadIsABadFile) {
     EXPECT_EQ(list_.DataLst(), (std::vector<std::string>{"Aborted - Bad File",
                                                          "File selected has Invalid Header."}));
   }
-}
-
-TEST_F(DataListingTest, EditShowsTheWholeInputOfPointLinesOnly) {
-  ListFile(std::string(kHeader) + "H,M\n1,X,,,0,12345678901\n2,XA,,,3,4,151 30.25 E,33 15.5 S\n");
-  EXPECT_EQ(list_.EditText(1), "I/P-X(B): 0\nI/P-Y(L): 12345678901");
-  EXPECT_EQ(list_.EditText(2),
-            "I/P-X(B): 3\nI/P-Y(L): 4\nI/P-Long: 151 30.25 E\nI/P-Lat: 33 15.5 S");
-  for (int line : {-1, 0, 3}) EXPECT_EQ(list_.EditText(line), std::nullopt) << line;
 }
 
 TEST_F(DataListingTest, HugeLineAndManyLinesAreListed) {
@@ -187,6 +187,76 @@ TEST_F(DataListingTest, AListingTooLongForTheMemoryLeftIsGivenUpNotACrash) {
   survey_.CurrentFileName = folder_.Write("survey.csv", text);
   EXPECT_EXIT(ListWithLittleMemory(list_, survey_), ::testing::ExitedWithCode(0), "");
 #endif
+}
+
+// ---------------------------------------------------------------------------------------
+// The window's own part: its boxes, "Edit" and "Copy"
+
+const std::string kBlock =
+    "44,#0092,1,0,0,58,Block\n"
+    "H,M,Home\n1,X,,,0,0\n2,X,,,40.00000000,0\n3,X,,,40,30\n4,X,,,0,30\n"
+    "H,L,Road\n5,X,,,0,40\n6,X,,,40,40\n";
+
+TEST_F(DataListingTest, EveryClickRebuildsTheLinesAtOnce) {
+  DataListWindowLogic window(Load(kBlock));
+  const DataListLogic& listing = window.listing();
+  window.ClickShow(1, true);
+  EXPECT_TRUE(window.ShowCkB(1));
+  window.ClickProcessed(true);
+  EXPECT_TRUE(window.ProcdCkB());
+  EXPECT_EQ(listing.LstHdrLbl(), "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)   | X         Y        ");
+  window.ClickShow(0, false);
+  EXPECT_EQ(listing.LstHdrLbl(), "Pt# Typ Ref Tgt | X         Y        ");
+  EXPECT_EQ(listing.DataLst()[0], "[M] Dataset as Main (Perimeter) for 'Home'");
+  window.ClickInclude(kIncludeMain, false);
+  EXPECT_FALSE(window.IncludeCkB(kIncludeMain));
+  EXPECT_EQ(listing.DataLst()[0], "[L] Dataset as Line for 'Road'");
+  // No such box: nothing changes.
+  const std::vector<std::string> before = listing.DataLst();
+  window.ClickShow(kShowCount, true);
+  window.ClickInclude(-1, false);
+  EXPECT_EQ(listing.DataLst(), before);
+
+  // The listing from the file is the file as last saved, not the survey in memory.
+  folder_.Write("survey.csv", "44,#0092,1,0,0,58\nH,P,Shed\n9,X,,,5,5\n");
+  window.ClickProcessed(false);
+  EXPECT_EQ(listing.DataLst()[0], "[P] Dataset as Single Point for 'Shed'");
+  window.ClickProcessed(true);
+  EXPECT_EQ(listing.DataLst()[0], "[L] Dataset as Line for 'Road'");
+}
+
+TEST_F(DataListingTest, EditShowsTheWholeTypedInputOfACutValue) {
+  DataListWindowLogic window(Load(kBlock));
+  window.ClickProcessed(true);
+  ASSERT_EQ(window.listing().DataLst()[2].substr(0, 5), "  2 X");
+  EXPECT_TRUE(window.Edit(2, dialogs_));
+  const MessageBox& box = dialogs_.last();
+  EXPECT_EQ(box.title, "Input Data");
+  EXPECT_EQ(box.text, "Point 2\nI/P-X(B): 40.00000000\nI/P-Y(L): 0");
+  EXPECT_EQ(box.icon, Icon::Information);
+  // A heading line, a closing line row or no line at all shows nothing.
+  for (int line : {-1, 0, 5, 1000}) EXPECT_FALSE(window.Edit(line, dialogs_)) << line;
+  EXPECT_EQ(dialogs_.boxes.size(), 1u);
+
+  // A value no one typed by hand (a damaged file) is shown in part, so the box stays usable.
+  const std::string whole(1000, '7');
+  DataListWindowLogic damaged(Load(std::string(kHeader) + "H,M\n1,X,,," + whole + ",1\n2,X,,," +
+                                   whole + "8,2\n3,XA,,,3,4,151 30.25 E,33 15.5 S\n"));
+  EXPECT_EQ(damaged.EditBox(1)->text, "Point 1\nI/P-X(B): " + whole + "\nI/P-Y(L): 1");
+  EXPECT_EQ(damaged.EditBox(2)->text,
+            "Point 2\nI/P-X(B): " + whole + "+ (1001 characters)\nI/P-Y(L): 2");
+  EXPECT_EQ(damaged.EditBox(3)->text,
+            "Point 3\nI/P-X(B): 3\nI/P-Y(L): 4\nI/P-Long: 151 30.25 E\nI/P-Lat: 33 15.5 S");
+}
+
+TEST_F(DataListingTest, CopyGivesTheHeadingAndTheLinesWithoutPadding) {
+  DataListWindowLogic window(
+      Load("44,#0092,1,0,0,58\nH,M,Shed\n1,X,,,0,0\n2,X,,,123456789012,5\n"));
+  EXPECT_EQ(window.CopyText(),
+            "Pt# Typ Ref Tgt | I/P-X(B)   I/P-Y(L)\n"
+            "[M] Dataset as Main (Perimeter) for 'Shed'\n"
+            "  1 X           |          0          0\n"
+            "  2 X           | 123456789+          5\n");
 }
 
 }  // namespace
