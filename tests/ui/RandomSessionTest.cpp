@@ -31,22 +31,46 @@ long EnvironmentNumber(const char* name, long fallback) {
   return text ? std::strtol(text, nullptr, 10) : fallback;
 }
 
-// Questions answered at random, files chosen at random among the examples, the saved
+// An action of the user, listed with how likely it is against the others.
+struct Action {
+  int weight;
+  const char* name;
+  std::function<void()> run;
+};
+
+// What a data file keeps of a survey: the settings, the datasets' kinds, starts and tags,
+// and the points as entered, with the compass mark; the declination aside.
+std::string Entries(const Survey& survey) {
+  std::ostringstream text;
+  text << survey.UnitOfMeasure << survey.FieldSeparator << survey.SubValueSeparator << ' '
+       << survey.FileTag << '\n';
+  for (const Dataset& d : survey.Datasets) {
+    text << "H " << (d.DatasetType & (kDatasetKindMask | kDatasetPerimeter)) << ' '
+         << d.DatasetStart << ' ' << d.DatasetTag << '\n';
+  }
+  for (const Point& p : survey.Points) {
+    text << p.PtNumber << ' ' << int(p.PtFlags) << ' ' << (p.PtMarks & kMarkCompass) << ' '
+         << p.PtRef << ' ' << p.PtTarget << " '" << p.InXA << "' '" << p.InYL << "' '"
+         << p.InGPSLong << "' '" << p.InGPSLat << "'\n";
+  }
+  return text.str();
+}
+
+// The session answers the boxes itself: questions either way, files among the examples
+// (copied into the test's folder, as "Save" writes to the file last loaded), the saved
 // file and names the file commands refuse.
-class RandomDialogs : public UserDialogs {
- public:
-  // The examples are copied into `folder`: "Save" writes to the file last loaded.
-  RandomDialogs(std::mt19937& random, std::string folder)
-      : random_(random), folder_(std::move(folder)) {
+class RandomSessionTest : public ::testing::Test, public UserDialogs {
+ protected:
+  void SetUp() override {
     for (const auto& entry : std::filesystem::directory_iterator(PLOTMETER_EXAMPLES_DIR)) {
-      examples_.push_back(folder_ + "/" + entry.path().filename().string());
+      examples_.push_back(folder_.Path(entry.path().filename().string()));
       std::filesystem::copy_file(entry.path(), examples_.back());
     }
     std::sort(examples_.begin(), examples_.end());
   }
 
   Button Show(const MessageBox& box) override {
-    ++shown;
+    ++boxes_;
     if (box.buttons == Buttons::Ok) return Button::Ok;
     const bool first = Chance(2);
     if (box.buttons == Buttons::YesNo) return first ? Button::Yes : Button::No;
@@ -56,60 +80,42 @@ class RandomDialogs : public UserDialogs {
   FileChoice SelectFile(const FileDialogRequest& request) override {
     const int choice = Pick(8);
     if (choice == 0) return {};
-    if (choice <= 2) {  // no stem, no such folder
-      return {.cancelled = false, .path = folder_ + (choice == 1 ? "/.csv" : "/missing/x.csv")};
-    }
-    if (request.mode == 0 && Chance(3)) return {.cancelled = false, .path = Example()};
-    return {.cancelled = false, .path = folder_ + "/saved.csv"};
+    if (choice <= 2) return {false, folder_.Path(choice == 1 ? ".csv" : "missing/x.csv")};
+    if (request.mode == kSelectOpen && Chance(3)) return {false, Example()};
+    return {false, folder_.Path("saved.csv")};
   }
 
-  std::string Example() { return examples_[Pick(examples_.size())]; }
-  bool Chance(int n) { return Pick(n) == 0; }
   int Pick(std::size_t n) { return std::uniform_int_distribution<int>(0, int(n) - 1)(random_); }
+  bool Chance(int n) { return Pick(n) == 0; }
+  std::string Example() { return examples_[Pick(examples_.size())]; }
 
-  long shown = 0;
-
- private:
-  std::mt19937& random_;
-  std::string folder_;
-  std::vector<std::string> examples_;
-};
-
-// Text as a user might type it: values, values with the separator, signs, blanks and
-// stray characters, the separators and the degree mark among them.
-std::string RandomText(RandomDialogs& pick, const Survey& survey) {
-  auto number = [&] { return std::to_string(pick.Pick(400)); };
-  auto part = [&] { return survey.SubValueSeparator + std::to_string(pick.Pick(80)); };
-  switch (pick.Pick(6)) {
-    case 0:
-    case 1:
-      return number() + (pick.Chance(3) ? "." + std::to_string(pick.Pick(100)) : "");
-    case 2:
-      return number() + part() + (pick.Chance(2) ? part() : "");
-    case 3:
-      return pick.Chance(2) ? "" : "-" + number();
+  // Text as a user might type it: values, values with the separator, signs, blanks and
+  // stray characters, the separators and the degree mark among them.
+  std::string RandomText() {
+    const Survey& survey = logic_.survey();
+    auto number = [&] { return std::to_string(Pick(400)); };
+    auto part = [&] { return survey.SubValueSeparator + std::to_string(Pick(80)); };
+    switch (Pick(6)) {
+      case 0:
+      case 1:
+        return number() + (Chance(3) ? "." + std::to_string(Pick(100)) : "");
+      case 2:
+        return number() + part() + (Chance(2) ? part() : "");
+      case 3:
+        return Chance(2) ? "" : "-" + number();
+    }
+    const std::string alphabet = std::string("0123456789.-+eENSWns :,\\\t'\"x\xB0") +
+                                 survey.SubValueSeparator + survey.FieldSeparator;
+    std::string text(Pick(8) + 1, ' ');
+    for (char& c : text) c = alphabet[Pick(alphabet.size())];
+    return text;
   }
-  const std::string alphabet = std::string("0123456789.-+eENSWns :,\\\t'\"x\xB0") +
-                               survey.SubValueSeparator + survey.FieldSeparator;
-  std::string text(pick.Pick(8) + 1, ' ');
-  for (char& c : text) c = alphabet[pick.Pick(alphabet.size())];
-  return text;
-}
 
-// An action of the user, listed with how likely it is against the others.
-struct Action {
-  int weight;
-  const char* name;
-  std::function<void()> run;
-};
-
-class RandomSessionTest : public ::testing::Test {
- protected:
   // Runs one of `actions`, drawn by their weights, and notes it for the failure messages.
   void RunOne(const std::vector<Action>& actions, const char* indent = "") {
     int drawn = 0;
     for (const Action& action : actions) drawn += action.weight;
-    drawn = dialogs_.Pick(drawn);
+    drawn = Pick(drawn);
     for (const Action& action : actions) {
       if ((drawn -= action.weight) >= 0) continue;
       recent_.push_back(std::to_string(step_) + ": " + indent + action.name);
@@ -127,71 +133,72 @@ class RandomSessionTest : public ::testing::Test {
   void ActInDialog(DataInputLogic& dialog);
   void CheckSurvey(const Survey& survey, bool dialogOpen);
   void CheckWindow();
-  void CheckSavedFileLoadsAgain();
 
   const unsigned seed_ = static_cast<unsigned>(EnvironmentNumber("PLOTMETER_RANDOM_SEED", 1));
   std::mt19937 random_{seed_};
   // A folder of this process's own: a long run may go on beside the suite.
   testing::TestFolder folder_{"_" + std::to_string(getpid())};
-  RandomDialogs dialogs_{random_, folder_.Path()};
+  std::vector<std::string> examples_;
   PlotmeterLogic logic_;
   PointDialogShow dialog_ = [this](DataInputLogic& dialog) {
-    for (int i = dialogs_.Pick(40); i > 0 && dialog.IsOpen() && !HasFatalFailure(); --i) {
+    for (int i = Pick(40); i > 0 && dialog.IsOpen() && !HasFatalFailure(); --i) {
       ActInDialog(dialog);
       CheckSurvey(logic_.survey(), dialog.IsOpen());
     }
-    if (dialog.IsOpen() && dialogs_.Chance(2)) dialog.ClickApply();
+    if (dialog.IsOpen() && Chance(2)) dialog.ClickApply();
   };
-  long step_ = 0;
-  long reloads_ = 0;
-  long dialogActions_ = 0;
+  long step_ = 0, boxes_ = 0, dialogActions_ = 0, reloads_ = 0;
   std::deque<std::string> recent_;
 };
 
 void RandomSessionTest::Act() {
-  RandomDialogs& pick = dialogs_;
   auto anywhere = [&] {
-    const float x = pick.Pick(4600) - 200.0f, y = pick.Pick(4600) - 200.0f;
-    logic_.ClickDrawing(static_cast<MouseButton>(pick.Pick(3)), x, y);
+    const float x = Pick(4600) - 200.0f, y = Pick(4600) - 200.0f;
+    logic_.ClickDrawing(static_cast<MouseButton>(Pick(3)), x, y);
   };
   auto onAPoint = [&] {
     const std::vector<ScreenPoint>& screen = logic_.scene().screen;
     if (screen.empty()) return anywhere();
-    const ScreenPoint& at = screen[pick.Pick(screen.size())];
+    const ScreenPoint& at = screen[Pick(screen.size())];
     logic_.ClickDrawing(MouseButton::kLeft, at.x, at.y);
   };
+  // What was saved loads again as the survey that was saved.
   auto save = [&] {
-    const bool saveAs = pick.Chance(2);
-    if (saveAs ? logic_.CommandSaveAs(dialogs_) : logic_.CommandSave(dialogs_)) {
-      CheckSavedFileLoadsAgain();
-    }
+    if (!(Chance(2) ? logic_.CommandSaveAs(*this) : logic_.CommandSave(*this))) return;
+    PlotmeterLogic reloaded;
+    UnseenDialogs answers;
+    ASSERT_TRUE(reloaded.Load(logic_.survey().CurrentFileName, answers).loaded)
+        << answers.lastText << Recent();
+    EXPECT_EQ(Entries(reloaded.survey()), Entries(logic_.survey())) << Recent();
+    EXPECT_NEAR(reloaded.survey().MagneticDeclination, logic_.survey().MagneticDeclination, 1e-5);
+    ++reloads_;
   };
   auto enabledButton = [&] {
     for (int button = 0; button < kEditButtonCount; ++button) {
-      if (logic_.display().EditPtBtnEnabled[button] && pick.Chance(2)) {
-        return logic_.ClickEditButton(button, dialogs_, dialog_);
+      if (logic_.display().EditPtBtnEnabled[button] && Chance(2)) {
+        return logic_.ClickEditButton(button, *this, dialog_);
       }
     }
   };
   RunOne({
       {4, "left click on a point", onAPoint},
       {1, "click anywhere", anywhere},
-      {6, "edit button", [&] { logic_.ClickEditButton(pick.Pick(4), dialogs_, dialog_); }},
-      {1, "Create New", [&] { logic_.CommandCreateNew(dialogs_, dialog_); }},
-      {1, "Load", [&] { logic_.CommandLoad(dialogs_); }},
-      {1, "load an example", [&] { logic_.LoadNamed(pick.Example(), dialogs_); }},
+      {6, "edit button", [&] { logic_.ClickEditButton(Pick(4), *this, dialog_); }},
+      {1, "Create New", [&] { logic_.CommandCreateNew(*this, dialog_); }},
+      {1, "Load", [&] { logic_.CommandLoad(*this); }},
+      {1, "load an example", [&] { logic_.LoadNamed(Example(), *this); }},
       {2, "Save or Save As", save},
       {1, "option box",
        [&] {
-         const int option = pick.Pick(kOptionCount);
-         logic_.ClickOption(option, pick.Chance(2), dialogs_);
+         const int option = Pick(kOptionCount);
+         logic_.ClickOption(option, Chance(2), *this);
        }},
       {1, "area unit and segment",
        [&] {
-         logic_.SetAreaUnit(pick.Pick(10) - 1);
-         logic_.SetSegment(pick.Pick(4) - 1);
+         logic_.SetAreaUnit(Pick(10) - 1);
+         logic_.SetSegment(Pick(4) - 1);
        }},
-      {1, "Exit", [&] { logic_.CommandExit(dialogs_); }},
+      {1, "Exit", [&] { logic_.CommandExit(*this); }},
       {1, "an enabled edit button", enabledButton},
   });
 }
@@ -199,35 +206,32 @@ void RandomSessionTest::Act() {
 // Typed text goes into the value fields, twice as often as into the others; a good point
 // (co-ordinates typed, then "Next") is the likeliest action.
 void RandomSessionTest::ActInDialog(DataInputLogic& dialog) {
-  RandomDialogs& pick = dialogs_;
   const Survey& survey = logic_.survey();
-  const int index = pick.Pick(2);
-  auto text = [&] { return RandomText(pick, survey); };
+  const int index = Pick(2);
   auto linked = [&] {
-    return pick.Chance(4) || survey.Points.empty()
-               ? pick.Pick(300) - 2
-               : survey.Points[pick.Pick(survey.Points.size())].PtNumber;
+    return Chance(4) || survey.Points.empty() ? Pick(300) - 2
+                                              : survey.Points[Pick(survey.Points.size())].PtNumber;
   };
   ++dialogActions_;
-  RunOne({{2, "DataTxt", [&] { dialog.TypeDataTxt(index, text()); }},
-          {1, "GPSTxt", [&] { dialog.TypeGPSTxt(index, text()); }},
-          {1, "GPSCmb", [&] { dialog.ChooseGPSCmb(index, pick.Pick(3) - 1 + index); }},
-          {1, "PtTypCmb", [&] { dialog.ChoosePtTypCmb(pick.Pick(6)); }},
-          {1, "PtQualifCkB", [&] { dialog.TickPtQualifCkB(pick.Pick(3), pick.Chance(2)); }},
+  RunOne({{2, "DataTxt", [&] { dialog.TypeDataTxt(index, RandomText()); }},
+          {1, "GPSTxt", [&] { dialog.TypeGPSTxt(index, RandomText()); }},
+          {1, "GPSCmb", [&] { dialog.ChooseGPSCmb(index, Pick(3) - 1 + index); }},
+          {1, "PtTypCmb", [&] { dialog.ChoosePtTypCmb(Pick(6)); }},
+          {1, "PtQualifCkB", [&] { dialog.TickPtQualifCkB(Pick(3), Chance(2)); }},
           {1, "PtRef#", [&] { dialog.LinkToPoint(linked()); }},
-          {1, "TypOpt", [&] { dialog.ChooseTypOpt(pick.Pick(6)); }},
-          {1, "DSTagTxt", [&] { dialog.TypeDSTagTxt(text()); }},
-          {1, "FileTagTxt", [&] { dialog.TypeFileTagTxt(text()); }},
-          {1, "MagDecTxt", [&] { dialog.TypeMagDecTxt(text()); }},
-          {1, "UOMCmb", [&] { dialog.ChooseUOMCmb(pick.Pick(7)); }},
+          {1, "TypOpt", [&] { dialog.ChooseTypOpt(Pick(6)); }},
+          {1, "DSTagTxt", [&] { dialog.TypeDSTagTxt(RandomText()); }},
+          {1, "FileTagTxt", [&] { dialog.TypeFileTagTxt(RandomText()); }},
+          {1, "MagDecTxt", [&] { dialog.TypeMagDecTxt(RandomText()); }},
+          {1, "UOMCmb", [&] { dialog.ChooseUOMCmb(Pick(7)); }},
           {1, "NxtPrevBtn", [&] { dialog.ClickNxtPrevBtn(index); }},
           {1, "DSNxtPrevBtn", [&] { dialog.ClickDSNxtPrevBtn(index); }},
-          {1, "ExitBtn", [&] { dialog.ClickExitBtn(pick.Chance(3) ? 1 : 0); }},
+          {1, "ExitBtn", [&] { dialog.ClickExitBtn(Chance(3) ? 1 : 0); }},
           {3, "a good point",
            [&] {
              dialog.ChoosePtTypCmb(kTypeCoordinates);
-             dialog.TypeDataTxt(0, std::to_string(pick.Pick(500)));
-             dialog.TypeDataTxt(1, std::to_string(pick.Pick(500)));
+             dialog.TypeDataTxt(0, std::to_string(Pick(500)));
+             dialog.TypeDataTxt(1, std::to_string(Pick(500)));
              dialog.ClickNext();
            }}},
          "  ");
@@ -280,35 +284,6 @@ void RandomSessionTest::CheckWindow() {
   ASSERT_EQ(logic_.edit().Dialog, 0);
 }
 
-// What a data file keeps of a survey: the settings, the datasets' kinds, starts and tags,
-// and the points as entered, with the compass mark; the declination aside.
-std::string Entries(const Survey& survey) {
-  std::ostringstream text;
-  text << survey.UnitOfMeasure << survey.FieldSeparator << survey.SubValueSeparator << ' '
-       << survey.FileTag << '\n';
-  for (const Dataset& d : survey.Datasets) {
-    text << "H " << (d.DatasetType & (kDatasetKindMask | kDatasetPerimeter)) << ' '
-         << d.DatasetStart << ' ' << d.DatasetTag << '\n';
-  }
-  for (const Point& p : survey.Points) {
-    text << p.PtNumber << ' ' << int(p.PtFlags) << ' ' << (p.PtMarks & kMarkCompass) << ' '
-         << p.PtRef << ' ' << p.PtTarget << " '" << p.InXA << "' '" << p.InYL << "' '"
-         << p.InGPSLong << "' '" << p.InGPSLat << "'\n";
-  }
-  return text.str();
-}
-
-// What was saved loads again as the survey that was saved.
-void RandomSessionTest::CheckSavedFileLoadsAgain() {
-  SCOPED_TRACE(Recent());
-  PlotmeterLogic reloaded;
-  UnseenDialogs answers;
-  ASSERT_TRUE(reloaded.Load(logic_.survey().CurrentFileName, answers).loaded) << answers.lastText;
-  EXPECT_EQ(Entries(reloaded.survey()), Entries(logic_.survey()));
-  EXPECT_NEAR(reloaded.survey().MagneticDeclination, logic_.survey().MagneticDeclination, 1e-5);
-  ++reloads_;
-}
-
 TEST_F(RandomSessionTest, SurveyHoldsTogetherWhateverTheUserDoes) {
   const long actions = EnvironmentNumber("PLOTMETER_RANDOM_ACTIONS", 10000);
   for (step_ = 0; step_ < actions && !HasFailure(); ++step_) {
@@ -316,9 +291,9 @@ TEST_F(RandomSessionTest, SurveyHoldsTogetherWhateverTheUserDoes) {
     if (!HasFailure()) CheckWindow();
   }
   std::printf("%ld window actions, %ld dialog actions, %ld boxes, %ld saved files loaded again\n",
-              step_, dialogActions_, dialogs_.shown, reloads_);
+              step_, dialogActions_, boxes_, reloads_);
   // The session reached the states it is meant to exercise.
-  EXPECT_GT(dialogs_.shown, actions / 20);
+  EXPECT_GT(boxes_, actions / 20);
   EXPECT_GT(reloads_, actions / 100);
 }
 
