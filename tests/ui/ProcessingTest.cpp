@@ -66,6 +66,7 @@ TEST_F(ProcessingTest, GoodPerimeterShowsItsArea) {
   display.AreaUnitCmb.index = 0;  // "Sq. Meters"
   Run(PerimeterSurvey({{0, 0}, {40, 0}, {40, 40}, {0, 40}}));
   EXPECT_TRUE(dialogs.boxes.empty());
+  EXPECT_EQ(dialogs.beeps, 0);
   EXPECT_TRUE(state.ProcessState & kAreaComputed);
   EXPECT_FALSE(state.BadPerimeter);
   EXPECT_EQ(display.AreaValLbl.text, "1,600");
@@ -147,34 +148,29 @@ Survey DivisionOvershootingTheJoin() {
 }
 
 TEST_F(ProcessingTest, BadPerimeterMessages) {
-  const std::string redLine =
+  const std::string atStart =
+      "The last line is crossing the first line preventing an area calculation.\n"
+      "Possibly as the last point specified is intended to be the 'Start Point'.\n\n"
+      "The last point is ,1.5 Meters from the Start point.\n\n"
+      "If appropriate, remove the last point from the data to correct,\n"
+      "using only the automatically created last line to the start point.\n\n"
       "Perimeter lines ONLY are displayed, the error line is highlghted in Red.";
+  std::string inTabs = atStart;
+  inTabs.replace(inTabs.find(",1.5 Meters"), 11, "\t1.5 <Not specified>");
   const struct {
     Survey survey;
     std::string text;
   } rows[] = {
-      {Overshooting(),
-       "The last line is crossing the first line preventing an area calculation.\n"
-       "Possibly as the last point specified is intended to be the 'Start Point'.\n\n"
-       "The last point is ,1.5 Meters from the Start point.\n\n"
-       "If appropriate, remove the last point from the data to correct,\n"
-       "using only the automatically created last line to the start point.\n\n" +
-           redLine},
-      {Overshooting('\t', kUnitNotSpecified),
-       "The last line is crossing the first line preventing an area calculation.\n"
-       "Possibly as the last point specified is intended to be the 'Start Point'.\n\n"
-       "The last point is \t1.5 <Not specified> from the Start point.\n\n"
-       "If appropriate, remove the last point from the data to correct,\n"
-       "using only the automatically created last line to the start point.\n\n" +
-           redLine},
+      {Overshooting(), atStart},
+      {Overshooting('\t', kUnitNotSpecified), inTabs},
       {DivisionOvershootingTheJoin(),
        "The last sub-division line is crossing the main perimeter preventing an area "
        "calculation.\n"
        "Possibly as the last point specified is intended to be the 'Join Point'.\n\n"
        "The last point is ,1.11803 Meters from the Join point.\n\n"
        "If appropriate, remove the last point from the data to correct,\n"
-       "using only the automatically created last line to the join point.\n\n" +
-           redLine},
+       "using only the automatically created last line to the join point.\n\n"
+       "Perimeter lines ONLY are displayed, the error line is highlghted in Red."},
       {PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {14, 4}, {6, 4}, {0, 10}}),
        "Is not a valid Perimeter as Lines are crossing, no Area value can ce determined.\n\n"
        "Perimeter lines ONLY are displayed, the error lines concerned are highlghted in Red."},
@@ -186,7 +182,7 @@ TEST_F(ProcessingTest, BadPerimeterMessages) {
   }
 }
 
-// How the display and the drawing show it: MainDisplayTest and PlotSceneTest.
+// How the display and the drawing show it: the area display below and PlotSceneTest.
 TEST_F(ProcessingTest, BadPerimeterIsMarkedUntilAGoodRun) {
   Run(Overshooting());
   EXPECT_TRUE(state.BadPerimeter);
