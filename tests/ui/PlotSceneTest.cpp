@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "support/PlotSurveys.h"
@@ -12,17 +13,15 @@ namespace {
 using testing::AddDataset;
 using testing::DividedSurvey;
 using testing::kSquare;
-using testing::MarkJoins;
 using testing::PerimeterSurvey;
 using testing::XY;
 
-// The default drawing area: a square of 7200 with a margin of 100, so 7000 available.
+// The drawing area less its margin of 100 on each side.
 constexpr double kAvailable = kDrawingAreaSize - 2 * 100;
 
 PlotScene Draw(const Survey& survey, std::uint8_t mode = kDefaultDisplayOptions,
                std::uint8_t options = kDefaultDisplayOptions,
-               const ProcessingState& state = ProcessingState{}) {
-  PlotScene scene;
+               const ProcessingState& state = ProcessingState{}, PlotScene scene = {}) {
   EXPECT_TRUE(DrawPlot(survey, state, mode, options, scene));
   return scene;
 }
@@ -34,40 +33,45 @@ const SceneMarker* MarkerOf(const PlotScene& scene, int point, bool alternate = 
   return nullptr;
 }
 
+// A marker's border and fill colours.
+using Colours = std::pair<Rgb, Rgb>;
+Colours ColoursOf(const PlotScene& scene, int point) {
+  const SceneMarker* marker = MarkerOf(scene, point);
+  return marker ? Colours{marker->border, marker->fill} : Colours{};
+}
+
 std::vector<int> LineEnds(const PlotScene& scene) {
   std::vector<int> ends;
   for (const SceneLine& line : scene.lines) ends.push_back(line.endsAt);
   return ends;
 }
 
-TEST(PlotSceneTest, WidePlotIsScaledByItsWidthAndCentredVertically) {
-  Survey survey = PerimeterSurvey({{0, 0}, {100, 0}, {100, 10}, {0, 10}});
-  PlotScene scene = Draw(survey);
-  EXPECT_DOUBLE_EQ(scene.scale, kAvailable / 100);
-  EXPECT_FLOAT_EQ(scene.screen[0].x, scene.margin);
-  EXPECT_FLOAT_EQ(scene.screen[1].x, scene.width - scene.margin);
+std::vector<Rgb> LineColours(const PlotScene& scene) {
+  std::vector<Rgb> colours;
+  for (const SceneLine& line : scene.lines) colours.push_back(line.colour);
+  return colours;
+}
+
+// One scale for both axes, from the axis the plot fills first; the other axis centred.
+TEST(PlotSceneTest, PlotIsScaledByItsLongerSideAndCentred) {
+  PlotScene wide = Draw(PerimeterSurvey({{0, 0}, {100, 0}, {100, 10}, {0, 10}}));
+  EXPECT_DOUBLE_EQ(wide.scale, kAvailable / 100);
+  EXPECT_FLOAT_EQ(wide.screen[0].x, wide.margin);
+  EXPECT_FLOAT_EQ(wide.screen[1].x, wide.width - wide.margin);
   // North at the top: point 3 (Y 10) is above point 0 (Y 0) by the height times the scale.
-  EXPECT_FLOAT_EQ(scene.screen[0].y - scene.screen[3].y, 10 * scene.scale);
-  float above = scene.screen[3].y - scene.top;
-  float below = scene.top + scene.height - scene.screen[0].y;
-  EXPECT_FLOAT_EQ(above, below);
+  EXPECT_FLOAT_EQ(wide.screen[0].y - wide.screen[3].y, 10 * wide.scale);
+  EXPECT_FLOAT_EQ(wide.screen[3].y - wide.top, wide.top + wide.height - wide.screen[0].y);
+
+  PlotScene placed{.left = 500, .top = 200};
+  PlotScene tall =
+      Draw(PerimeterSurvey({{0, 0}, {10, 0}, {10, 100}, {0, 100}}), 15, 15, {}, placed);
+  EXPECT_DOUBLE_EQ(tall.scale, kAvailable / 100);
+  EXPECT_FLOAT_EQ(tall.screen[2].y, tall.top + tall.margin);
+  EXPECT_FLOAT_EQ(tall.screen[0].y, tall.top + tall.height - tall.margin);
+  EXPECT_FLOAT_EQ(tall.screen[0].x - tall.left, tall.left + tall.width - tall.screen[1].x);
 }
 
-TEST(PlotSceneTest, TallPlotIsScaledByItsHeightAndCentredHorizontally) {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 100}, {0, 100}});
-  PlotScene scene;
-  scene.left = 500;
-  scene.top = 200;
-  ASSERT_TRUE(DrawPlot(survey, ProcessingState{}, 15, 15, scene));
-  EXPECT_DOUBLE_EQ(scene.scale, kAvailable / 100);
-  EXPECT_FLOAT_EQ(scene.screen[2].y, scene.top + scene.margin);
-  EXPECT_FLOAT_EQ(scene.screen[0].y, scene.top + scene.height - scene.margin);
-  float leftGap = scene.screen[0].x - scene.left;
-  float rightGap = scene.left + scene.width - scene.screen[1].x;
-  EXPECT_FLOAT_EQ(leftGap, rightGap);
-}
-
-TEST(PlotSceneTest, OnePointShowsOneUnitAcrossCentred) {
+TEST(PlotSceneTest, OnePointShowsOneUnitAcrossCentredAndNoPointsNothing) {
   for (const std::vector<XY>& points :
        {std::vector<XY>{{5, 7}}, std::vector<XY>{{5, 7}, {5, 7}, {5, 7}}}) {
     PlotScene scene = Draw(PerimeterSurvey(points, kUnitNotSpecified));
@@ -76,77 +80,54 @@ TEST(PlotSceneTest, OnePointShowsOneUnitAcrossCentred) {
     EXPECT_FLOAT_EQ(scene.screen[0].y, scene.height / 2);
     EXPECT_EQ(scene.ScaleLbl, "Window Width / Height = 1.05 Units");
   }
+  PlotScene empty = Draw(PerimeterSurvey({}));
+  EXPECT_TRUE(empty.markers.empty());
+  EXPECT_TRUE(empty.lines.empty());
 }
 
-TEST(PlotSceneTest, NoPointsDrawsNothingButLaysOut) {
-  Survey survey;
-  AddDataset(survey, kTypeM, {});
-  PlotScene scene = Draw(survey);
-  EXPECT_TRUE(scene.markers.empty());
-  EXPECT_TRUE(scene.lines.empty());
+TEST(PlotSceneTest, ScaleTextShowsTheWindowWidth) {
+  const struct {
+    double windowWidth;  // in units of length
+    int unit;
+    const char* text;
+  } rows[] = {
+      {12.5, kUnitNotSpecified, "Window Width / Height = 12.5 Units"},
+      {5, kUnitNotSpecified, "Window Width / Height = 5.00 Units"},
+      {250, kUnitNotSpecified, "Window Width / Height = 250 Units"},
+      {99.94, kUnitNotSpecified, "Window Width / Height = 99.9 Units"},
+      {1234, kUnitMeters, "Window Width / Height = 1234 Meters"},
+  };
+  for (const auto& row : rows) {
+    // A plot as wide as the available width, so that the window holds `windowWidth`.
+    const float range = static_cast<float>(row.windowWidth * kAvailable / kDrawingAreaSize);
+    EXPECT_EQ(Draw(PerimeterSurvey({{0, 0}, {range, 0}, {range, range / 4}}, row.unit)).ScaleLbl,
+              row.text);
+  }
 }
 
-struct ScaleCase {
-  const char* name;
-  double windowWidth;  // in units of length
-  int unit;
-  const char* text;
-};
-
-class ScaleTextTest : public ::testing::TestWithParam<ScaleCase> {};
-
-TEST_P(ScaleTextTest, ShowsTheWindowWidth) {
-  // A plot as wide as the available width shows, so the window holds `windowWidth`.
-  float range = static_cast<float>(GetParam().windowWidth * kAvailable / kDrawingAreaSize);
-  Survey survey = PerimeterSurvey({{0, 0}, {range, 0}, {range, range / 4}}, GetParam().unit);
-  EXPECT_EQ(Draw(survey).ScaleLbl, GetParam().text);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    PlotSceneTest, ScaleTextTest,
-    ::testing::Values(
-        ScaleCase{"twelveAndAHalf", 12.5, kUnitNotSpecified, "Window Width / Height = 12.5 Units"},
-        ScaleCase{"five", 5, kUnitNotSpecified, "Window Width / Height = 5.00 Units"},
-        ScaleCase{"twoHundredFifty", 250, kUnitNotSpecified, "Window Width / Height = 250 Units"},
-        ScaleCase{"ninetyNine", 99.94, kUnitNotSpecified, "Window Width / Height = 99.9 Units"},
-        ScaleCase{"meters", 1234, kUnitMeters, "Window Width / Height = 1234 Meters"}),
-    [](const auto& info) { return info.param.name; });
-
+// Point 1 is an intermediate point: it sits on the line from point 0 to point 2.
 TEST(PlotSceneTest, MainPerimeterColoursAndClosingLine) {
-  Survey survey = PerimeterSurvey(kSquare);
-  PlotScene scene = Draw(survey);
-  ASSERT_EQ(scene.markers.size(), 4u);
-  EXPECT_EQ(MarkerOf(scene, 0)->border, kStartGreen);
-  EXPECT_EQ(MarkerOf(scene, 0)->fill, kStartGreen);
-  EXPECT_EQ(MarkerOf(scene, 2)->border, kBlack);
-  EXPECT_EQ(MarkerOf(scene, 2)->fill, kBlack);
-  EXPECT_FLOAT_EQ(MarkerOf(scene, 2)->size, scene.markerSize);
-  ASSERT_EQ(LineEnds(scene), (std::vector<int>{1, 2, 3, 0}));
-  EXPECT_EQ(scene.lines[0].colour, kBlack);
-  const SceneLine& closing = scene.lines[3];
-  EXPECT_EQ(closing.colour, kStartGreen);
-  EXPECT_FLOAT_EQ(closing.x1, scene.screen[3].x);
-  EXPECT_FLOAT_EQ(closing.y2, scene.screen[0].y);
-}
-
-TEST(PlotSceneTest, IntermediatePointsSitOnLinesBetweenShapePoints) {
-  Survey survey = PerimeterSurvey({{0, 0}, {5, 0}, {10, 0}, {10, 10}});
+  Survey survey = PerimeterSurvey({{0, 0}, {5, 0}, {10, 0}, {10, 10}, {0, 10}});
   survey.Points[1].PtFlags |= kPtIntermediate;
   PlotScene scene = Draw(survey);
-  EXPECT_EQ(MarkerOf(scene, 1)->border, kIntermediateGrey);
-  EXPECT_EQ(MarkerOf(scene, 1)->fill, kWhite);
-  EXPECT_EQ(LineEnds(scene), (std::vector<int>{2, 3, 0}));
+  ASSERT_EQ(scene.markers.size(), 5u);
+  EXPECT_EQ(ColoursOf(scene, 0), Colours(kStartGreen, kStartGreen));
+  EXPECT_EQ(ColoursOf(scene, 1), Colours(kIntermediateGrey, kWhite));
+  EXPECT_EQ(ColoursOf(scene, 3), Colours(kBlack, kBlack));
+  EXPECT_FLOAT_EQ(MarkerOf(scene, 3)->size, scene.markerSize);
+  EXPECT_EQ(LineEnds(scene), (std::vector<int>{2, 3, 4, 0}));
+  EXPECT_EQ(LineColours(scene), (std::vector<Rgb>{kBlack, kBlack, kBlack, kStartGreen}));
+  EXPECT_FLOAT_EQ(scene.lines[3].x1, scene.screen[4].x);
+  EXPECT_FLOAT_EQ(scene.lines[3].y2, scene.screen[0].y);
 }
 
 TEST(PlotSceneTest, LinesBrownAndStandAlonePointsTealWithoutLines) {
   Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}});
-  int road = AddDataset(survey, kTypeL, {{0, 12}, {10, 12}});
-  int barns = AddDataset(survey, kTypeP, {{2, 2}, {3, 3}});
+  const int road = AddDataset(survey, kTypeL, {{0, 12}, {10, 12}});
+  const int barns = AddDataset(survey, kTypeP, {{2, 2}, {50, 50}});
   PlotScene scene = Draw(survey);
-  EXPECT_EQ(MarkerOf(scene, road)->border, kLineBrown);
-  EXPECT_EQ(MarkerOf(scene, road)->fill, kLineBrown);
-  EXPECT_EQ(MarkerOf(scene, barns)->border, kBlack);
-  EXPECT_EQ(MarkerOf(scene, barns + 1)->fill, kPointsTeal);
+  EXPECT_EQ(ColoursOf(scene, road), Colours(kLineBrown, kLineBrown));
+  EXPECT_EQ(ColoursOf(scene, barns), Colours(kBlack, kPointsTeal));
   EXPECT_EQ(LineEnds(scene), (std::vector<int>{1, 2, 0, road + 1}));
   EXPECT_EQ(scene.lines.back().colour, kLineBrown);
   // The screen position of every drawn point is kept.
@@ -156,26 +137,20 @@ TEST(PlotSceneTest, LinesBrownAndStandAlonePointsTealWithoutLines) {
     EXPECT_FLOAT_EQ(scene.screen[marker.point].x, marker.x);
     EXPECT_FLOAT_EQ(scene.screen[marker.point].y, marker.y);
   }
+  // Unticking "Show Points" takes away the stand-alone points only, and their extent.
+  const std::uint8_t options = kDefaultDisplayOptions & ~kShowPoints;
+  PlotScene hidden = Draw(survey, options, options);
+  EXPECT_EQ(MarkerOf(hidden, barns + 1), nullptr);
+  EXPECT_FALSE(hidden.screen[barns + 1].drawn);
+  EXPECT_NE(MarkerOf(hidden, 0), nullptr);
+  EXPECT_NE(MarkerOf(hidden, road), nullptr);
+  EXPECT_FLOAT_EQ(hidden.maxX, 10);
+  EXPECT_FLOAT_EQ(hidden.maxY, 12);
 }
 
-TEST(PlotSceneTest, UntickingShowPointsRemovesOnlyPointsCollections) {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}});
-  int road = AddDataset(survey, kTypeL, {{0, 12}, {10, 12}});
-  int barn = AddDataset(survey, kTypeP, {{50, 50}});
-  std::uint8_t options = kDefaultDisplayOptions & ~kShowPoints;
-  PlotScene scene = Draw(survey, options, options);
-  EXPECT_EQ(MarkerOf(scene, barn), nullptr);
-  EXPECT_FALSE(scene.screen[barn].drawn);
-  EXPECT_NE(MarkerOf(scene, 0), nullptr);
-  EXPECT_NE(MarkerOf(scene, road), nullptr);
-  // The hidden barn does not widen the drawing either.
-  EXPECT_FLOAT_EQ(scene.maxX, 10);
-  EXPECT_FLOAT_EQ(scene.maxY, 12);
-}
-
-Survey CrossedWithExtras() {
-  // A bow-tie whose crossing lines end at points 1 and 3, a stand-alone point and a
-  // point with an alternate GPS position.
+// A bow-tie whose crossing lines end at points 1 and 3, a stand-alone point and a point
+// with an alternate GPS position.
+TEST(PlotSceneTest, ErrorLinesAndAlternatePositions) {
   Survey survey = PerimeterSurvey({{0, 0}, {10, 10}, {10, 0}, {0, 10}});
   survey.Points[1].PtMarks |= kMarkErrorLine;
   survey.Points[3].PtMarks |= kMarkErrorLine;
@@ -183,29 +158,20 @@ Survey CrossedWithExtras() {
   survey.Points[2].AltX = 12;
   survey.Points[2].AltY = -1;
   AddDataset(survey, kTypeP, {{5, 2}});
-  return survey;
-}
 
-TEST(PlotSceneTest, BadPerimeterModeDrawsErrorLinesRedWithoutStandAlonePoints) {
-  ProcessingState bad;
-  bad.BadPerimeter = true;
-  PlotScene scene = Draw(CrossedWithExtras(), kModeBadPerimeter, 15, bad);
-  EXPECT_EQ(MarkerOf(scene, 4), nullptr);
-  EXPECT_EQ(MarkerOf(scene, 2, true), nullptr);  // no alternates on a bad perimeter
-  EXPECT_EQ(MarkerOf(scene, 1)->fill, kErrorRed);
-  EXPECT_EQ(MarkerOf(scene, 3)->border, kErrorRed);
-  EXPECT_EQ(MarkerOf(scene, 2)->fill, kBlack);
-  ASSERT_EQ(LineEnds(scene), (std::vector<int>{1, 2, 3, 0}));
-  EXPECT_EQ(scene.lines[0].colour, kErrorRed);
-  EXPECT_EQ(scene.lines[1].colour, kBlack);
-  EXPECT_EQ(scene.lines[2].colour, kErrorRed);
-  EXPECT_EQ(scene.lines[3].colour, kStartGreen);
-}
+  // The bad perimeter mode: error lines red, no stand-alone points, no alternates.
+  PlotScene bad = Draw(survey, kModeBadPerimeter, 15, ProcessingState{.BadPerimeter = true});
+  EXPECT_EQ(MarkerOf(bad, 4), nullptr);
+  EXPECT_EQ(MarkerOf(bad, 2, true), nullptr);
+  EXPECT_EQ(ColoursOf(bad, 1), Colours(kErrorRed, kErrorRed));
+  EXPECT_EQ(ColoursOf(bad, 3), Colours(kErrorRed, kErrorRed));
+  EXPECT_EQ(ColoursOf(bad, 2), Colours(kBlack, kBlack));
+  EXPECT_EQ(LineEnds(bad), (std::vector<int>{1, 2, 3, 0}));
+  EXPECT_EQ(LineColours(bad), (std::vector<Rgb>{kErrorRed, kBlack, kErrorRed, kStartGreen}));
 
-// Outside the bad perimeter mode error marks are not red.
-TEST(PlotSceneTest, AlternatePositionIsMagentaAndJoined) {
-  PlotScene scene = Draw(CrossedWithExtras(), 15, 15);
-  EXPECT_EQ(MarkerOf(scene, 1)->fill, kBlack);
+  // Otherwise error marks are not red, and the alternate position is magenta and joined.
+  PlotScene scene = Draw(survey, 15, 15);
+  EXPECT_EQ(ColoursOf(scene, 1), Colours(kBlack, kBlack));
   EXPECT_EQ(scene.lines[0].colour, kBlack);
   const SceneMarker* alternate = MarkerOf(scene, 2, true);
   ASSERT_NE(alternate, nullptr);
@@ -216,66 +182,52 @@ TEST(PlotSceneTest, AlternatePositionIsMagentaAndJoined) {
   EXPECT_FLOAT_EQ(joining.x1, scene.screen[2].x);
   EXPECT_FLOAT_EQ(joining.x2, alternate->x);
   EXPECT_FLOAT_EQ(joining.y2, alternate->y);
-  // The alternate position widens the extent.
-  EXPECT_FLOAT_EQ(scene.maxX, 12);
+  EXPECT_FLOAT_EQ(scene.maxX, 12);  // the alternate position widens the extent
   EXPECT_FLOAT_EQ(scene.minY, -1);
-}
 
-TEST(PlotSceneTest, AlternatesFollowTheOptionsNotTheMode) {
-  std::uint8_t withoutAlternates = 15 & ~kShowAlternateGps;
-  PlotScene hidden = Draw(CrossedWithExtras(), 15, withoutAlternates);
+  // Alternates follow the options, not the mode; hidden, they still widen the extent.
+  const std::uint8_t withoutAlternates = 15 & ~kShowAlternateGps;
+  PlotScene hidden = Draw(survey, 15, withoutAlternates);
   EXPECT_EQ(MarkerOf(hidden, 2, true), nullptr);
-  EXPECT_FLOAT_EQ(hidden.maxX, 12);  // still inside the extent
-  PlotScene shown = Draw(CrossedWithExtras(), withoutAlternates, 15);
-  EXPECT_NE(MarkerOf(shown, 2, true), nullptr);
+  EXPECT_FLOAT_EQ(hidden.maxX, 12);
+  EXPECT_NE(MarkerOf(Draw(survey, withoutAlternates, 15), 2, true), nullptr);
 }
 
-Survey DividedSquare() {
-  return DividedSurvey(kSquare, 1, 3, {{10, 0}, {8, 6}, {2, 8}}, "  North lot ");
-}
-
-TEST(PlotSceneTest, DivisionRunsBetweenTheJoinPoints) {
-  PlotScene scene = Draw(DividedSquare());
-  EXPECT_EQ(MarkerOf(scene, 4)->fill, kStartGreen);
+TEST(PlotSceneTest, DivisionRunsBetweenTheJoinPointsWithItsLabel) {
+  const Survey divided = DividedSurvey(kSquare, 1, 3, {{10, 0}, {8, 6}, {2, 8}}, "  North lot ");
+  PlotScene scene = Draw(divided);
+  EXPECT_EQ(ColoursOf(scene, 4).second, kStartGreen);
   ASSERT_EQ(LineEnds(scene), (std::vector<int>{1, 2, 3, 0, 5, 6, 4}));
-  const SceneLine& first = scene.lines[4];
-  EXPECT_FLOAT_EQ(first.x1, scene.screen[1].x);  // from the join point
-  EXPECT_EQ(first.colour, kBlack);
-  const SceneLine& last = scene.lines[6];
-  EXPECT_FLOAT_EQ(last.x1, scene.screen[6].x);
-  EXPECT_FLOAT_EQ(last.x2, scene.screen[3].x);  // to the other join point
-  EXPECT_EQ(last.colour, kStartGreen);
-}
-
-TEST(PlotSceneTest, SubDivisionLabelAtTheCentreOfItsOwnExtent) {
-  PlotScene scene = Draw(DividedSquare());
+  EXPECT_FLOAT_EQ(scene.lines[4].x1, scene.screen[1].x);  // from the join point
+  EXPECT_EQ(scene.lines[4].colour, kBlack);
+  EXPECT_FLOAT_EQ(scene.lines[6].x1, scene.screen[6].x);
+  EXPECT_FLOAT_EQ(scene.lines[6].x2, scene.screen[3].x);  // to the other join point
+  EXPECT_EQ(scene.lines[6].colour, kStartGreen);
+  // The label at the centre of the sub-division's own extent, X 2..10 and Y 0..8.
   ASSERT_TRUE(scene.LotLbl.visible);
   EXPECT_EQ(scene.LotLbl.text, "North lot");
-  // The sub-division's points span X 2..10 and Y 0..8: the centre is (6, 4).
   EXPECT_FLOAT_EQ(scene.LotLbl.x, scene.screen[0].x + 6 * scene.scale);
   EXPECT_FLOAT_EQ(scene.LotLbl.y, scene.screen[0].y - 4 * scene.scale);
-  std::uint8_t options = 15 & ~kShowSubDivision;
-  PlotScene hidden = Draw(DividedSquare(), options, options);
+
+  const std::uint8_t options = 15 & ~kShowSubDivision;
+  PlotScene hidden = Draw(divided, options, options);
   EXPECT_FALSE(hidden.LotLbl.visible);
   EXPECT_EQ(LineEnds(hidden), (std::vector<int>{1, 2, 3, 0}));
-}
 
-TEST(PlotSceneTest, StraightDivisionWithoutDatasetIsDrawnWithTheSubDivisions) {
-  Survey survey = PerimeterSurvey(kSquare);
-  MarkJoins(survey, 0, 2);
-  PlotScene scene = Draw(survey);
-  EXPECT_EQ(LineEnds(scene), (std::vector<int>{1, 2, 3, 0, 2}));
-  EXPECT_FALSE(scene.LotLbl.visible);
+  // A straight division without a dataset of its own is drawn with the sub-divisions.
+  Survey straight = PerimeterSurvey(kSquare);
+  testing::MarkJoins(straight, 0, 2);
+  PlotScene joined = Draw(straight);
+  EXPECT_EQ(LineEnds(joined), (std::vector<int>{1, 2, 3, 0, 2}));
+  EXPECT_FALSE(joined.LotLbl.visible);
 }
 
 // The selected point is enlarged; a tag label from before the redraw is hidden.
 TEST(PlotSceneTest, SelectedPointIsEnlargedAndTheTagLabelHidden) {
-  ProcessingState state;
-  state.SelectedPoint = 2;
-  state.SelectedDataset = 1;
-  PlotScene scene;
-  scene.TagDSLbl = {.text = "Main Road", .x = 10, .y = 10, .visible = true};
-  ASSERT_TRUE(DrawPlot(PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}}), state, 15, 15, scene));
+  PlotScene before;
+  before.TagDSLbl = {.text = "Main Road", .x = 10, .y = 10, .visible = true};
+  PlotScene scene = Draw(PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}}), 15, 15,
+                         ProcessingState{.SelectedPoint = 2, .SelectedDataset = 1}, before);
   EXPECT_FLOAT_EQ(MarkerOf(scene, 2)->size, 4 * scene.markerSize);
   EXPECT_FLOAT_EQ(MarkerOf(scene, 1)->size, scene.markerSize);
   EXPECT_FALSE(scene.TagDSLbl.visible);
@@ -283,11 +235,12 @@ TEST(PlotSceneTest, SelectedPointIsEnlargedAndTheTagLabelHidden) {
 
 TEST(PlotSceneTest, ExtentThatCannotBeLaidOutFailsAndClears) {
   for (float bad : {std::nanf(""), INFINITY, 3e38f}) {
-    Survey survey = PerimeterSurvey({{0, 0}, {bad, 1}, {-3e38f, 2}});
     PlotScene scene;
     scene.ScaleLbl = "Window Width / Height = 5.00 Units";
     scene.LotLbl.visible = true;
-    EXPECT_FALSE(DrawPlot(survey, ProcessingState{}, 15, 15, scene)) << bad;
+    EXPECT_FALSE(DrawPlot(PerimeterSurvey({{0, 0}, {bad, 1}, {-3e38f, 2}}), ProcessingState{}, 15,
+                          15, scene))
+        << bad;
     EXPECT_TRUE(scene.markers.empty());
     EXPECT_TRUE(scene.ScaleLbl.empty());
     EXPECT_FALSE(scene.LotLbl.visible);

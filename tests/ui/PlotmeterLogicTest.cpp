@@ -1,6 +1,7 @@
 // What the window does beyond what plotmeter-cli shows of it (the CLI tests cover the area
 // lines, the segments and the refused files): the option boxes, the lists' choices
-// refused or remembered, the file label and a failed resolution.
+// refused or remembered, the file commands and the file label, clicks and keys on the
+// drawing, and the edit buttons.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -23,30 +24,36 @@ class PlotmeterLogicTest : public ::testing::Test {
   LoadOutcome Load(const std::string& text) {
     return logic_.Load(folder_.Write("survey.csv", text), dialogs_);
   }
-
   const std::string& Area() const { return logic_.display().AreaValLbl.text; }
-  const CheckBoxState& Box(int index) const { return logic_.display().OptnsCkB[index]; }
-
   std::vector<std::string> Titles() const {
     std::vector<std::string> titles;
     for (const MessageBox& box : dialogs_.boxes) titles.push_back(box.title);
     return titles;
   }
+  // A left click on the point.
+  void Select(int point) {
+    const ScreenPoint& at = logic_.scene().screen[point];
+    logic_.ClickDrawing(MouseButton::kLeft, at.x, at.y);
+    ASSERT_EQ(logic_.state().SelectedPoint, point);
+  }
+  void Click(int button) { logic_.ClickEditButton(button, dialogs_); }
+  bool Enabled(int button) const { return logic_.display().EditPtBtnEnabled[button]; }
 
   testing::TestFolder folder_;
   PlotmeterLogic logic_;
   testing::ScriptedDialogs dialogs_;
 };
 
-TEST_F(PlotmeterLogicTest, AreaUnitIsKeptAndTheAreaWorkedOutAgain) {
+TEST_F(PlotmeterLogicTest, AreaListsKeepTheirChoiceAndRefuseOthers) {
   EXPECT_TRUE(logic_.SetAreaUnit(0));  // chosen before loading
   ASSERT_TRUE(Load(kSquare).Succeeded());
   EXPECT_EQ(Area(), "10,000");
   EXPECT_TRUE(logic_.SetAreaUnit(2));
   EXPECT_EQ(Area(), "2.47");
   EXPECT_EQ(logic_.AreaUnitText(), "Acres");
-  EXPECT_FALSE(logic_.SetAreaUnit(8));
-  EXPECT_FALSE(logic_.SetAreaUnit(-1));
+  EXPECT_TRUE(logic_.SetSegment(2));  // an undivided plot has one area
+  for (int index : {8, -1}) EXPECT_FALSE(logic_.SetAreaUnit(index));
+  for (int index : {3, -1}) EXPECT_FALSE(logic_.SetSegment(index));
   EXPECT_EQ(logic_.display().AreaUnitCmb.index, 2);
   EXPECT_EQ(Area(), "2.47");
 
@@ -55,14 +62,6 @@ TEST_F(PlotmeterLogicTest, AreaUnitIsKeptAndTheAreaWorkedOutAgain) {
       Load("44,#0092,1,0,0,58\nH,M\n1,X,,,0,0\n2,X,,,10,10\n3,X,,,10,0\n4,X,,,0,10\n").Succeeded());
   EXPECT_TRUE(logic_.SetAreaUnit(0));
   EXPECT_EQ(Area(), "< Bad Perimeter Lines >");
-}
-
-TEST_F(PlotmeterLogicTest, SegmentOutsideTheListIsRefused) {
-  Load(kSquare);
-  EXPECT_TRUE(logic_.SetSegment(2));  // an undivided plot has one area
-  EXPECT_EQ(Area(), "1.0");
-  EXPECT_FALSE(logic_.SetSegment(3));
-  EXPECT_FALSE(logic_.SetSegment(-1));
 }
 
 TEST_F(PlotmeterLogicTest, RefusedFileOrFailedResolutionLeavesNoSurvey) {
@@ -78,45 +77,40 @@ TEST_F(PlotmeterLogicTest, RefusedFileOrFailedResolutionLeavesNoSurvey) {
   EXPECT_EQ(Titles(), std::vector<std::string>{"Failed Area Calculation"});
 }
 
-TEST_F(PlotmeterLogicTest, LinesAndPointsOptionsFollowTheData) {
-  Load(kSquare);
-  EXPECT_FALSE(Box(kOptionLines).enabled);
-  EXPECT_FALSE(Box(kOptionPoints).enabled);
-  EXPECT_TRUE(Box(kOptionLines).ticked);  // the ticks stay
+// "Show Lines" and "Show Points" are available only for data that has them, and keep
+// their ticks; a click sets the bit by its tick and draws again.
+TEST_F(PlotmeterLogicTest, OptionBoxesFollowTheDataAndTheirTicks) {
+  const struct {
+    const char* datasets;
+    bool lines, points;
+    std::uint8_t options;
+  } rows[] = {
+      {"", false, false, kShowSubDivision | kShowAlternateGps},
+      {"H,L,Road\n5,X,,,0,120\n6,X,,,100,120\n", true, false,
+       kShowSubDivision | kShowLines | kShowAlternateGps},
+      {"H,P,Shed\n5,X,,,50,50\n", false, true, kShowSubDivision | kShowPoints | kShowAlternateGps},
+  };
+  for (const auto& row : rows) {
+    Load(std::string(kSquare) + row.datasets);
+    EXPECT_EQ(logic_.display().OptnsCkB[kOptionLines].enabled, row.lines);
+    EXPECT_EQ(logic_.display().OptnsCkB[kOptionPoints].enabled, row.points);
+    EXPECT_TRUE(logic_.display().OptnsCkB[kOptionLines].ticked);
+    EXPECT_EQ(logic_.display().DisplayOptions, row.options);
+  }
+  EXPECT_FALSE(logic_.ClickOption(kOptionPoints, false, dialogs_).failed());
   EXPECT_EQ(logic_.display().DisplayOptions, kShowSubDivision | kShowAlternateGps);
-
-  Load(std::string(kSquare) + "H,L,Road\n5,X,,,0,120\n6,X,,,100,120\n");
-  EXPECT_TRUE(Box(kOptionLines).enabled);
-  EXPECT_FALSE(Box(kOptionPoints).enabled);
-  EXPECT_EQ(logic_.display().DisplayOptions, kShowSubDivision | kShowLines | kShowAlternateGps);
-
-  Load(std::string(kSquare) + "H,P,Shed\n5,X,,,50,50\n");
-  EXPECT_FALSE(Box(kOptionLines).enabled);
-  EXPECT_TRUE(Box(kOptionPoints).enabled);
-  EXPECT_EQ(logic_.display().DisplayOptions, kShowSubDivision | kShowPoints | kShowAlternateGps);
-}
-
-TEST_F(PlotmeterLogicTest, UntickedUnavailableBoxStaysClearWhenMadeAvailable) {
-  logic_.ClickOption(kOptionPoints, false, dialogs_);
+  EXPECT_EQ(logic_.scene().markers.size(), 4u);  // the shed is no longer drawn
+  // Unticked, a box made unavailable and available again stays clear.
   logic_.SetOptionAvailable(kOptionPoints, false);
   logic_.SetOptionAvailable(kOptionPoints, true);
   EXPECT_FALSE(logic_.display().DisplayOptions & kShowPoints);
   logic_.ClickOption(kOptionPoints, true, dialogs_);
   EXPECT_TRUE(logic_.display().DisplayOptions & kShowPoints);
+  EXPECT_EQ(logic_.scene().markers.size(), 5u);
 }
 
-TEST_F(PlotmeterLogicTest, OptionClickRunsProcessingAgain) {
-  Load(kSquare);
-  const ProcessingOutcome outcome = logic_.ClickOption(kOptionSubDivision, false, dialogs_);
-  EXPECT_FALSE(outcome.failed());
-  EXPECT_EQ(logic_.display().DisplayOptions, kShowAlternateGps);
-  EXPECT_EQ(Area(), "1.0");
-}
-
-// The file commands: what each dialog answer leads to, the label of the current file and
-// the marks that the exit guard reads.
-struct FileCommandCase {
-  const char* name;
+// "Save As": what each dialog answer leads to, and the label of the current file.
+struct SaveAsCase {
   const char* chosen;  // file name in the test folder; "" cancels the dialog
   bool exists;         // the chosen file is there before the command
   Button answer;       // to the overwrite question
@@ -125,13 +119,11 @@ struct FileCommandCase {
   bool written;
 };
 
-class SaveAsTest : public PlotmeterLogicTest,
-                   public ::testing::WithParamInterface<FileCommandCase> {};
+class SaveAsTest : public PlotmeterLogicTest, public ::testing::WithParamInterface<SaveAsCase> {};
 
 TEST_P(SaveAsTest, ChosenNameLeadsToItsOutcome) {
-  const FileCommandCase& c = GetParam();
+  const SaveAsCase& c = GetParam();
   Load(kSquare);
-  logic_.ClickDrawing(MouseButton::kLeft, 0, 0);
   const std::string target = folder_.Path(c.chosen);
   if (c.exists) folder_.Write(c.chosen, "old");
   if (*c.chosen) dialogs_.files.push_back({.cancelled = false, .path = target});
@@ -150,28 +142,19 @@ TEST_P(SaveAsTest, ChosenNameLeadsToItsOutcome) {
 INSTANTIATE_TEST_SUITE_P(
     FileCommands, SaveAsTest,
     ::testing::Values(
-        FileCommandCase{"cancelled", "", false, Button::No, "survey.csv", {}, false},
-        FileCommandCase{"new", "new.csv", false, Button::No, "new.csv", {}, true},
-        FileCommandCase{
-            "overwriteNo", "old.csv", true, Button::No, "survey.csv", {"File action"}, false},
-        FileCommandCase{
-            "overwriteYes", "old.csv", true, Button::Yes, "old.csv", {"File action"}, true},
-        FileCommandCase{"noFolder",
-                        "gone/new.csv",
-                        false,
-                        Button::No,
-                        "< No File >",
-                        {"Data Function"},
-                        false}));
+        SaveAsCase{"", false, Button::No, "survey.csv", {}, false},
+        SaveAsCase{"new.csv", false, Button::No, "new.csv", {}, true},
+        SaveAsCase{"old.csv", true, Button::No, "survey.csv", {"File action"}, false},
+        SaveAsCase{"old.csv", true, Button::Yes, "old.csv", {"File action"}, true},
+        SaveAsCase{"gone/new.csv", false, Button::No, "< No File >", {"Data Function"}, false}));
 
 TEST(FileNameTest, ChosenNamesGiveTheirCodes) {
-  struct Row {
+  const struct {
     int mode;
     const char* extension;
     FileChoice choice;
     SelectedFile expected;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {kSelectOpen, "", {true, "/a/b.csv"}, {kFileCancelled, ""}},
       {kSelectOpen, "", {false, ""}, {kFileCancelled, ""}},
       {kSelectOpen, "", {false, "/a/.csv"}, {kFileNoStem, "/a/.csv"}},
@@ -182,8 +165,8 @@ TEST(FileNameTest, ChosenNamesGiveTheirCodes) {
       {kSelectSave, "", {false, "/a/b"}, {kFileUsable, "/a/b"}},
       {kSelectWholeFolder, "", {false, "/a/_whole directory_"}, {kFileUsable, "/a"}},
   };
-  for (const Row& row : rows) {
-    SelectedFile file = CheckChosenName(row.mode, row.extension, row.choice);
+  for (const auto& row : rows) {
+    const SelectedFile file = CheckChosenName(row.mode, row.extension, row.choice);
     EXPECT_EQ(file.code, row.expected.code) << row.choice.path;
     EXPECT_EQ(file.path, row.expected.path) << row.choice.path;
   }
@@ -204,7 +187,9 @@ TEST_F(PlotmeterLogicTest, NameFaultsAreReportedInTheirWords) {
 }
 
 TEST_F(PlotmeterLogicTest, SaveWritesTheCurrentFileOrAsksForOne) {
+  EXPECT_EQ(logic_.display().DatSrcLbl, "< No File >");
   Load(kSquare);
+  EXPECT_EQ(logic_.display().DatSrcLbl, "survey.csv");
   logic_.ClickOption(kOptionSubDivision, false, dialogs_);
   const std::string current = logic_.survey().CurrentFileName;
   EXPECT_TRUE(logic_.CommandSave(dialogs_));  // straight to the file, no dialog
@@ -219,13 +204,15 @@ TEST_F(PlotmeterLogicTest, SaveWritesTheCurrentFileOrAsksForOne) {
   // The dialog opens where the survey's file was.
   EXPECT_EQ(dialogs_.fileRequests[0].folder, PathFolder(current));
   EXPECT_FALSE(dialogs_.fileRequests[0].folder.empty());
-}
 
-TEST_F(PlotmeterLogicTest, ExitAsksOnlyAboutUnsavedData) {
-  Load(kSquare);
-  logic_.ClickOption(kOptionSubDivision, false, dialogs_);
-  EXPECT_TRUE(logic_.CommandExit(dialogs_));  // a display change is no unsaved data
-  EXPECT_TRUE(dialogs_.boxes.empty());
+  const std::string saved = folder_.Path("saved.csv");
+  ASSERT_TRUE(logic_.SaveTo(saved, dialogs_));
+  EXPECT_EQ(logic_.survey().CurrentFileName, saved);
+  EXPECT_EQ(logic_.display().DatSrcLbl, "saved.csv");
+  // A failed save keeps the name.
+  EXPECT_FALSE(logic_.SaveTo(folder_.Path("no such folder/out.csv"), dialogs_));
+  EXPECT_EQ(Titles(), std::vector<std::string>{"Write File Abort"});
+  EXPECT_EQ(logic_.survey().CurrentFileName, saved);
 }
 
 TEST_F(PlotmeterLogicTest, CreateNewStartsAnEmptySurveyWithoutAFile) {
@@ -236,15 +223,16 @@ TEST_F(PlotmeterLogicTest, CreateNewStartsAnEmptySurveyWithoutAFile) {
     dialog.ClickCancel();
   });
   EXPECT_EQ(header, "New at Point:");
-  EXPECT_EQ(logic_.survey().FieldSeparator, '\t');
-  EXPECT_EQ(logic_.survey().SubValueSeparator, ' ');
-  EXPECT_EQ(logic_.survey().DatasetCount(), 1);
-  EXPECT_EQ(logic_.survey().PointCount(), 0);
+  const Survey& survey = logic_.survey();
+  EXPECT_EQ(survey.FieldSeparator, '\t');
+  EXPECT_EQ(survey.SubValueSeparator, ' ');
+  EXPECT_EQ(survey.DatasetCount(), 1);
+  EXPECT_EQ(survey.PointCount(), 0);
   EXPECT_EQ(logic_.display().DatSrcLbl, "< No File >");
   EXPECT_EQ(logic_.edit().Dialog, 0);
   EXPECT_FALSE(logic_.edit().Unsaved());
   EXPECT_TRUE(logic_.scene().markers.empty());
-  EXPECT_TRUE(logic_.display().AreaValLbl.text.empty());
+  EXPECT_TRUE(Area().empty());
   // No file is current: "Save" waits for a "Save As".
   EXPECT_FALSE(logic_.display().DataBtnEnabled[kSaveButton]);
   EXPECT_TRUE(logic_.display().DataBtnEnabled[kSaveAsButton]);
@@ -254,8 +242,7 @@ TEST_F(PlotmeterLogicTest, CreateNewStartsAnEmptySurveyWithoutAFile) {
 // Clicks on a 100 m square drawn in a 4200-unit area: the corners stand 100 units in.
 TEST_F(PlotmeterLogicTest, ClicksSelectTheNearestDrawnPointAndShowTags) {
   const float area = logic_.scene().width;
-  // Nothing drawn: a click changes nothing.
-  logic_.ClickDrawing(MouseButton::kLeft, 10, 10);
+  logic_.ClickDrawing(MouseButton::kLeft, 10, 10);  // nothing drawn: nothing changes
   EXPECT_EQ(logic_.state().SelectedPoint, -1);
 
   Load(kSquare);
@@ -263,11 +250,9 @@ TEST_F(PlotmeterLogicTest, ClicksSelectTheNearestDrawnPointAndShowTags) {
   EXPECT_EQ(logic_.state().SelectedPoint, 2);
   EXPECT_EQ(logic_.state().SelectedDataset, 1);
   EXPECT_EQ(logic_.display().EditSubLbl, "Point 3 selected");
-  EXPECT_TRUE(logic_.display().EditPtBtnEnabled[kDeleteButton]);
-
+  EXPECT_TRUE(Enabled(kDeleteButton));
   logic_.ClickDrawing(MouseButton::kLeft, area + 1, area / 2);  // outside: ignored
   EXPECT_EQ(logic_.state().SelectedPoint, 2);
-
   logic_.ClickDrawing(MouseButton::kLeft, area / 2, area);  // equally near 1 and 2: 1 wins
   EXPECT_EQ(logic_.state().SelectedPoint, 0);
   float sizes[4];
@@ -285,62 +270,48 @@ TEST_F(PlotmeterLogicTest, ClicksSelectTheNearestDrawnPointAndShowTags) {
   EXPECT_FLOAT_EQ(tag.y, area - 100 - 90);
   EXPECT_EQ(logic_.state().SelectedPoint, -1);
   EXPECT_EQ(logic_.display().EditSubLbl, "Click on a Point");
-  EXPECT_FALSE(logic_.display().EditPtBtnEnabled[kModifyButton]);
-
+  EXPECT_FALSE(Enabled(kModifyButton));
   logic_.ClickDrawing(MouseButton::kRight, area, area);
-  EXPECT_EQ(logic_.scene().TagDSLbl.anchor, LabelAnchor::kTopRight);
-  EXPECT_FLOAT_EQ(logic_.scene().TagDSLbl.x, area - 100 - 36 - 20);
+  EXPECT_EQ(tag.anchor, LabelAnchor::kTopRight);
+  EXPECT_FLOAT_EQ(tag.x, area - 100 - 36 - 20);
+}
+
+TEST(TagLabelTest, SideFollowsTheRoomLeftInTheArea) {
+  PlotScene scene;
+  const float edge = scene.width - 36 - 2020;  // the last X that keeps the tag on the right
+  EXPECT_EQ(TagLabel(scene, {edge, 500, true}, "  Road ").anchor, LabelAnchor::kTopLeft);
+  EXPECT_EQ(TagLabel(scene, {edge + 1, 500, true}, "").anchor, LabelAnchor::kTopRight);
+  EXPECT_EQ(TagLabel(scene, {edge, 500, true}, "  Road ").text, "Road");
+  EXPECT_EQ(TagLabel(scene, {edge, 500, true}, "   ").text, "<No Tag>");
 }
 
 // The square with a sub-division whose start point stands on corner 2 (a click there
 // always finds corner 2, the earlier point) and a stand-alone point.
-constexpr const char* kDividedSquare =
-    "44,#0092,1,0,0,58\nH,M,Square\n1,X,,,0,0\n2,XJ,,,100,0\n3,X,,,100,100\n"
-    "4,XJ,,,0,100\nH,S,Corner\n5,D,,,100,0\n6,X,,,50,50\nH,P,Shed\n7,X,,,20,20\n";
-
 TEST_F(PlotmeterLogicTest, ArrowKeysWalkTheDrawnPointsInOrder) {
   logic_.StepSelection(1);  // nothing drawn: nothing happens
   EXPECT_EQ(logic_.state().SelectedPoint, -1);
-  Load(kDividedSquare);
-  std::vector<int> walked;
-  for (int i = 0; i < 8; ++i) {
-    logic_.StepSelection(1);
-    walked.push_back(logic_.state().SelectedPoint);
-  }
-  EXPECT_EQ(walked, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 0}));  // wraps round
+  Load(
+      "44,#0092,1,0,0,58\nH,M,Square\n1,X,,,0,0\n2,XJ,,,100,0\n3,X,,,100,100\n"
+      "4,XJ,,,0,100\nH,S,Corner\n5,D,,,100,0\n6,X,,,50,50\nH,P,Shed\n7,X,,,20,20\n");
+  auto walk = [&](int steps, int step) {
+    std::vector<int> walked;
+    for (int i = 0; i < steps; ++i) {
+      logic_.StepSelection(step);
+      walked.push_back(logic_.state().SelectedPoint);
+    }
+    return walked;
+  };
+  EXPECT_EQ(walk(8, 1), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 0}));  // wraps round
   EXPECT_EQ(logic_.display().EditSubLbl, "Point 1 selected");
-  logic_.StepSelection(-1);
-  EXPECT_EQ(logic_.state().SelectedPoint, 6);
+  EXPECT_EQ(walk(1, -1), std::vector<int>{6});
   EXPECT_EQ(logic_.state().SelectedDataset, 3);
-
   // A dataset that is not drawn is passed over, as a click passes over it.
   logic_.ClickOption(kOptionSubDivision, false, dialogs_);
   logic_.ClickDrawing(MouseButton::kRight, 0, 0);  // no selection
-  walked.clear();
-  for (int i = 0; i < 3; ++i) {
-    logic_.StepSelection(-1);
-    walked.push_back(logic_.state().SelectedPoint);
-  }
-  EXPECT_EQ(walked, (std::vector<int>{6, 3, 2}));
+  EXPECT_EQ(walk(3, -1), (std::vector<int>{6, 3, 2}));
 }
 
-class EditButtonTest : public PlotmeterLogicTest {
- protected:
-  void Select(int point) {
-    const ScreenPoint& at = logic_.scene().screen[point];
-    logic_.ClickDrawing(MouseButton::kLeft, at.x, at.y);
-    ASSERT_EQ(logic_.state().SelectedPoint, point);
-  }
-  void Click(int button) { logic_.ClickEditButton(button, dialogs_); }
-  bool Enabled(int button) const { return logic_.display().EditPtBtnEnabled[button]; }
-};
-
-// The square with a line that starts on its corner 2 (by reference) and a bearing from there.
-constexpr const char* kSquareAndLine =
-    "44,#0092,1,0,0,58\nH,M,Square\n1,X,,,0,0\n2,X,,,100,0\n3,X,,,100,100\n4,X,,,0,100\n"
-    "H,L,Track\n5,R,2\n6,B,,,45,10\n";
-
-TEST_F(EditButtonTest, DeleteRedrawsAndUndoBringsBackTheFile) {
+TEST_F(PlotmeterLogicTest, DeleteRedrawsAndUndoBringsBackTheFile) {
   ASSERT_TRUE(Load(kSquare).Succeeded());
   Select(2);
   Click(kDeleteButton);
@@ -359,9 +330,18 @@ TEST_F(EditButtonTest, DeleteRedrawsAndUndoBringsBackTheFile) {
   EXPECT_FALSE(Enabled(kUndoButton));
   EXPECT_TRUE(logic_.CommandExit(dialogs_));  // nothing left unsaved: no question
   EXPECT_TRUE(dialogs_.boxes.empty());
+
+  // A load ends the snapshot.
+  Select(1);
+  Click(kDeleteButton);
+  ASSERT_TRUE(Load(kSquare).Succeeded());
+  EXPECT_FALSE(Enabled(kUndoButton));
+  Click(kUndoButton);
+  EXPECT_EQ(logic_.survey().PointCount(), 4);
 }
 
-TEST_F(EditButtonTest, SaveAsTakesAwayTheMarksOfAnEdit) {
+// "Save As" leaves only the display mark, which is no unsaved data.
+TEST_F(PlotmeterLogicTest, SaveAsTakesAwayTheMarksOfAnEdit) {
   ASSERT_TRUE(Load(kSquare).Succeeded());
   logic_.SetAreaUnit(0);
   Select(1);
@@ -372,70 +352,35 @@ TEST_F(EditButtonTest, SaveAsTakesAwayTheMarksOfAnEdit) {
   EXPECT_TRUE(dialogs_.boxes.empty());
 }
 
-TEST_F(EditButtonTest, LoadEndsTheSnapshot) {
-  ASSERT_TRUE(Load(kSquare).Succeeded());
+// The square with a line that starts on its corner 2 (by reference) and a bearing from
+// there: deleting corner 2 leaves a reference to nothing.
+constexpr const char* kSquareAndLine =
+    "44,#0092,1,0,0,58\nH,M,Square\n1,X,,,0,0\n2,X,,,100,0\n3,X,,,100,100\n4,X,,,0,100\n"
+    "H,L,Track\n5,R,2\n6,B,,,45,10\n";
+
+TEST_F(PlotmeterLogicTest, PointsThatCannotBeResolvedAreKeptUndrawnAndNotSaved) {
+  ASSERT_TRUE(Load(kSquareAndLine).Succeeded());
   Select(1);
   Click(kDeleteButton);
-  ASSERT_TRUE(Load(kSquare).Succeeded());
-  EXPECT_FALSE(Enabled(kUndoButton));
-  Click(kUndoButton);
-  EXPECT_EQ(logic_.survey().PointCount(), 4);
-}
-
-TEST_F(EditButtonTest, PointsThatCannotBeResolvedAreKeptUndrawn) {
-  ASSERT_TRUE(Load(kSquareAndLine).Succeeded());
-  Select(1);  // the corner the line refers to
-  Click(kDeleteButton);
-  ASSERT_EQ(dialogs_.boxes.size(), 1u);
-  EXPECT_EQ(dialogs_.last().title, "Failed Area Calculation");
+  EXPECT_EQ(Titles(), std::vector<std::string>{"Failed Area Calculation"});
   EXPECT_EQ(logic_.survey().PointCount(), 5);
   EXPECT_TRUE(logic_.scene().markers.empty());
   EXPECT_EQ(Area(), "");
   EXPECT_TRUE(logic_.SetAreaUnit(0));  // no stale area comes back with another unit
   EXPECT_EQ(Area(), "");
 
-  Click(kUndoButton);
-  EXPECT_EQ(Area(), "10,000");  // in the unit chosen meanwhile
-  EXPECT_EQ(logic_.scene().screen.size(), 6u);
-}
-
-TEST_F(EditButtonTest, SaveRefusesAFileThatWouldNotLoadAgain) {
-  const std::string file = folder_.Write("survey.csv", kSquareAndLine);
-  ASSERT_TRUE(logic_.Load(file, dialogs_).Succeeded());
-  Select(1);
-  Click(kDeleteButton);  // point 5 still refers to it
   dialogs_.boxes.clear();
   EXPECT_FALSE(logic_.CommandSave(dialogs_));
-  ASSERT_EQ(dialogs_.boxes.size(), 1u);
-  EXPECT_EQ(dialogs_.last().title, "Write File Abort");
+  EXPECT_EQ(Titles(), std::vector<std::string>{"Write File Abort"});
   EXPECT_EQ(dialogs_.last().text,
             std::string(kNotSavedWouldNotLoad) +
                 "\nNon-existent Point Reference [2]. [Point 4]\nPlease correct for a valid file");
-  EXPECT_EQ(folder_.Contents(file), kSquareAndLine);
+  EXPECT_EQ(folder_.Contents(logic_.survey().CurrentFileName), kSquareAndLine);
   EXPECT_TRUE(logic_.edit().Unsaved());
-}
 
-TEST(TagLabelTest, SideFollowsTheRoomLeftInTheArea) {
-  PlotScene scene;
-  const float edge = scene.width - 36 - 2020;  // the last X that keeps the tag on the right
-  EXPECT_EQ(TagLabel(scene, {edge, 500, true}, "  Road ").anchor, LabelAnchor::kTopLeft);
-  EXPECT_EQ(TagLabel(scene, {edge + 1, 500, true}, "").anchor, LabelAnchor::kTopRight);
-  EXPECT_EQ(TagLabel(scene, {edge, 500, true}, "  Road ").text, "Road");
-  EXPECT_EQ(TagLabel(scene, {edge, 500, true}, "   ").text, "<No Tag>");
-}
-
-TEST_F(PlotmeterLogicTest, FileLabelFollowsTheLoadsAndTheSaves) {
-  EXPECT_EQ(logic_.display().DatSrcLbl, "< No File >");
-  Load(kSquare);
-  EXPECT_EQ(logic_.display().DatSrcLbl, "survey.csv");
-  const std::string saved = folder_.Path("saved.csv");
-  ASSERT_TRUE(logic_.SaveTo(saved, dialogs_));
-  EXPECT_EQ(logic_.survey().CurrentFileName, saved);
-  EXPECT_EQ(logic_.display().DatSrcLbl, "saved.csv");
-  // A failed save keeps the name.
-  EXPECT_FALSE(logic_.SaveTo(folder_.Path("no such folder/out.csv"), dialogs_));
-  EXPECT_EQ(Titles(), std::vector<std::string>{"Write File Abort"});
-  EXPECT_EQ(logic_.survey().CurrentFileName, saved);
+  Click(kUndoButton);
+  EXPECT_EQ(Area(), "10,000");  // in the unit chosen meanwhile
+  EXPECT_EQ(logic_.scene().screen.size(), 6u);
 }
 
 }  // namespace

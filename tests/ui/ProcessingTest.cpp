@@ -14,19 +14,16 @@ namespace {
 using testing::AddDataset;
 using testing::DividedSurvey;
 using testing::kSquare;
-using testing::MarkJoins;
 using testing::PerimeterSurvey;
-using testing::ScriptedDialogs;
 using testing::XY;
 
 class ProcessingTest : public ::testing::Test {
  protected:
-  void Run() { ReportProcessing(RunProcessing(survey, state, display, scene), survey, dialogs); }
-
-  // Sets up a loaded survey, and leaves traces of an earlier run on the display.
-  void Load(Survey loaded) {
+  // Runs processing on `loaded` as after a load, over the traces of an earlier run on the
+  // display.
+  void Run(Survey loaded, std::uint8_t dataState = kDataPresent) {
     survey = std::move(loaded);
-    state.DataState = kDataPresent;
+    state.DataState = dataState;
     state.DisplayRequest = kRedrawPending;
     display.AreaValLbl.text = "12.5";
     display.AreaHdrLbl = "Area (GPS)";
@@ -34,48 +31,31 @@ class ProcessingTest : public ::testing::Test {
     scene.ScaleLbl = "Window Width / Height = 5.00 Units";
     scene.LotLbl.visible = true;
     scene.TagDSLbl.visible = true;
+    Rerun();
   }
+  void Rerun() { ReportProcessing(RunProcessing(survey, state, display, scene), survey, dialogs); }
 
-  void ExpectFailureBox(const std::string& text) {
+  void ExpectBox(const std::string& title, const std::string& text, Icon icon) {
     ASSERT_EQ(dialogs.boxes.size(), 1u);
-    EXPECT_EQ(dialogs.last().title, "Processing Failed");
+    EXPECT_EQ(dialogs.last().title, title);
     EXPECT_EQ(dialogs.last().text, text);
-    EXPECT_EQ(dialogs.last().icon, Icon::Critical);
+    EXPECT_EQ(dialogs.last().icon, icon);
     EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
     EXPECT_EQ(dialogs.beeps, 1);
-  }
-
-  void ExpectDisplayReset() {
-    EXPECT_EQ(display.AreaValLbl.text, "");
-    EXPECT_EQ(display.AreaHdrLbl, "Area");
-    EXPECT_FALSE(display.AreaSgmtCmb.visible);
-    EXPECT_EQ(scene.ScaleLbl, "");
-    EXPECT_FALSE(scene.LotLbl.visible);
-    EXPECT_FALSE(scene.TagDSLbl.visible);
-    EXPECT_TRUE(scene.markers.empty());
-    EXPECT_TRUE(scene.lines.empty());
-    EXPECT_FALSE(state.ProcessState & kAreaComputed);
-  }
-
-  const SceneLine* LineEndingAt(int point) const {
-    for (const SceneLine& line : scene.lines) {
-      if (line.endsAt == point) return &line;
-    }
-    return nullptr;
   }
 
   Survey survey;
   ProcessingState state;
   MainDisplay display;
   PlotScene scene;
-  ScriptedDialogs dialogs;
+  testing::ScriptedDialogs dialogs;
 };
 
 // A regular polygon of `count` points, 100 m across.
 std::vector<XY> Polygon(int count) {
   std::vector<XY> points;
   for (int i = 0; i < count; ++i) {
-    double angle = 2 * std::numbers::pi * i / count;
+    const double angle = 2 * std::numbers::pi * i / count;
     points.push_back(
         {static_cast<float>(50 * std::cos(angle)), static_cast<float>(50 * std::sin(angle))});
   }
@@ -83,9 +63,8 @@ std::vector<XY> Polygon(int count) {
 }
 
 TEST_F(ProcessingTest, GoodPerimeterShowsItsArea) {
-  Load(PerimeterSurvey({{0, 0}, {40, 0}, {40, 40}, {0, 40}}));
   display.AreaUnitCmb.index = 0;  // "Sq. Meters"
-  Run();
+  Run(PerimeterSurvey({{0, 0}, {40, 0}, {40, 40}, {0, 40}}));
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_EQ(dialogs.beeps, 0);
   EXPECT_TRUE(state.ProcessState & kAreaComputed);
@@ -95,40 +74,53 @@ TEST_F(ProcessingTest, GoodPerimeterShowsItsArea) {
   EXPECT_EQ(scene.ScaleLbl, "Window Width / Height = 42.0 Meters");
   EXPECT_EQ(scene.markers.size(), 4u);
   EXPECT_FALSE(state.DisplayRequest & kRedrawPending);
-}
 
-TEST_F(ProcessingTest, NoDataExists) {
-  Load(PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}}));
-  state.DataState = 0;
-  state.ErrorState = 0x5F;
-  Run();
-  ExpectFailureBox("No data exists");
-  ExpectDisplayReset();
-  EXPECT_EQ(state.ErrorState, 0x5F & 0xE8);
-  EXPECT_FALSE(state.DisplayRequest & kRedrawPending);
-}
-
-TEST_F(ProcessingTest, PointLimitIsCountedOverEveryDataset) {
-  Load(PerimeterSurvey(Polygon(kPointLimit)));
-  Run();
+  Run(PerimeterSurvey(Polygon(kPointLimit)));  // the most points there may be
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_EQ(scene.lines.size(), 210u);
+}
 
-  Survey loaded = PerimeterSurvey(Polygon(200));
-  AddDataset(loaded, kTypeP, std::vector<XY>(11, XY{1, 1}));
-  Load(loaded);
-  Run();
-  ExpectFailureBox(
-      "The number of points specified exceeds the program limit of 210\n\n"
-      "Split the data to create multiple non-overlapping areas and add the results");
-  ExpectDisplayReset();
+// A failed run shows its box, leaves nothing drawn and no area, and clears the error
+// state but for its kept bits.
+TEST_F(ProcessingTest, FailuresResetTheDisplay) {
+  Survey overLimit = PerimeterSurvey(Polygon(200));  // the limit counts every dataset
+  AddDataset(overLimit, kTypeP, std::vector<XY>(11, XY{1, 1}));
+  Survey notLaidOut;
+  AddDataset(notLaidOut, kTypeN, {{0, 0}, {INFINITY, 3}});
+  const struct {
+    Survey survey;
+    std::uint8_t dataState, errorState, errorStateAfter;
+    const char* text;
+  } rows[] = {
+      {PerimeterSurvey(kSquare), 0, 0x5F, 0x5F & 0xE8, "No data exists"},
+      {overLimit, kDataPresent, 0, 0,
+       "The number of points specified exceeds the program limit of 210\n\n"
+       "Split the data to create multiple non-overlapping areas and add the results"},
+      {notLaidOut, kDataPresent, 0x12, 0, "Data could not be displayed"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    dialogs = {};
+    state.ErrorState = row.errorState;
+    state.ProcessState = kAreaComputed;
+    Run(row.survey, row.dataState);
+    ExpectBox("Processing Failed", row.text, Icon::Critical);
+    EXPECT_EQ(state.ErrorState, row.errorStateAfter);
+    EXPECT_FALSE(state.DisplayRequest & kRedrawPending);
+    EXPECT_EQ(display.AreaValLbl.text, "");
+    EXPECT_EQ(display.AreaHdrLbl, "Area");
+    EXPECT_FALSE(display.AreaSgmtCmb.visible);
+    EXPECT_EQ(scene.ScaleLbl, "");
+    EXPECT_FALSE(scene.LotLbl.visible || scene.TagDSLbl.visible);
+    EXPECT_TRUE(scene.markers.empty() && scene.lines.empty());
+    EXPECT_FALSE(state.ProcessState & kAreaComputed);
+  }
 }
 
 TEST_F(ProcessingTest, MainDatasetThatIsNotAPerimeterIsDrawnWithoutArea) {
   Survey loaded;
   AddDataset(loaded, kTypeN, {{0, 0}, {10, 10}, {10, 0}, {0, 10}});  // would be a bow-tie
-  Load(loaded);
-  Run();
+  Run(loaded);
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_FALSE(state.ProcessState & kAreaComputed);
   EXPECT_FALSE(state.BadPerimeter);
@@ -139,17 +131,11 @@ TEST_F(ProcessingTest, MainDatasetThatIsNotAPerimeterIsDrawnWithoutArea) {
 
 // The traverse's last point overshoots the start point, so its last line crosses the
 // first line; a stand-alone point is kept out of the perimeter-only drawing.
-Survey Overshooting() {
-  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {2, 10}, {1, -1}});
+Survey Overshooting(char separator = ',', int unit = kUnitMeters) {
+  Survey survey = PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {2, 10}, {1, -1}}, unit);
+  survey.FieldSeparator = separator;
   survey.Datasets[0].ClosingLen = 1.5f;
   AddDataset(survey, kTypeP, {{5, 5}});
-  return survey;
-}
-
-Survey OvershootingInTabs() {
-  Survey survey = Overshooting();
-  survey.FieldSeparator = '\t';
-  survey.UnitOfMeasure = kUnitNotSpecified;
   return survey;
 }
 
@@ -162,116 +148,88 @@ Survey DivisionOvershootingTheJoin() {
 }
 
 TEST_F(ProcessingTest, BadPerimeterMessages) {
-  const std::string redLine =
+  const std::string atStart =
+      "The last line is crossing the first line preventing an area calculation.\n"
+      "Possibly as the last point specified is intended to be the 'Start Point'.\n\n"
+      "The last point is ,1.5 Meters from the Start point.\n\n"
+      "If appropriate, remove the last point from the data to correct,\n"
+      "using only the automatically created last line to the start point.\n\n"
       "Perimeter lines ONLY are displayed, the error line is highlghted in Red.";
+  std::string inTabs = atStart;
+  inTabs.replace(inTabs.find(",1.5 Meters"), 11, "\t1.5 <Not specified>");
   const struct {
     Survey survey;
     std::string text;
   } rows[] = {
-      {Overshooting(),
-       "The last line is crossing the first line preventing an area calculation.\n"
-       "Possibly as the last point specified is intended to be the 'Start Point'.\n\n"
-       "The last point is ,1.5 Meters from the Start point.\n\n"
-       "If appropriate, remove the last point from the data to correct,\n"
-       "using only the automatically created last line to the start point.\n\n" +
-           redLine},
-      {OvershootingInTabs(),
-       "The last line is crossing the first line preventing an area calculation.\n"
-       "Possibly as the last point specified is intended to be the 'Start Point'.\n\n"
-       "The last point is \t1.5 <Not specified> from the Start point.\n\n"
-       "If appropriate, remove the last point from the data to correct,\n"
-       "using only the automatically created last line to the start point.\n\n" +
-           redLine},
+      {Overshooting(), atStart},
+      {Overshooting('\t', kUnitNotSpecified), inTabs},
       {DivisionOvershootingTheJoin(),
        "The last sub-division line is crossing the main perimeter preventing an area "
        "calculation.\n"
        "Possibly as the last point specified is intended to be the 'Join Point'.\n\n"
        "The last point is ,1.11803 Meters from the Join point.\n\n"
        "If appropriate, remove the last point from the data to correct,\n"
-       "using only the automatically created last line to the join point.\n\n" +
-           redLine},
+       "using only the automatically created last line to the join point.\n\n"
+       "Perimeter lines ONLY are displayed, the error line is highlghted in Red."},
       {PerimeterSurvey({{0, 0}, {10, 0}, {10, 10}, {14, 4}, {6, 4}, {0, 10}}),
        "Is not a valid Perimeter as Lines are crossing, no Area value can ce determined.\n\n"
        "Perimeter lines ONLY are displayed, the error lines concerned are highlghted in Red."},
   };
   for (const auto& row : rows) {
     dialogs = {};
-    Load(row.survey);
-    Run();
-    ASSERT_EQ(dialogs.boxes.size(), 1u);
-    EXPECT_EQ(dialogs.last().title, "Bad Perimeter Data");
-    EXPECT_EQ(dialogs.last().text, row.text);
-    EXPECT_EQ(dialogs.last().icon, Icon::Exclamation);
-    EXPECT_EQ(dialogs.beeps, 1);
+    Run(row.survey);
+    ExpectBox("Bad Perimeter Data", row.text, Icon::Exclamation);
   }
 }
 
-// How the display and the drawing show it: MainDisplayTest and PlotSceneTest.
+// How the display and the drawing show it: the area display below and PlotSceneTest.
 TEST_F(ProcessingTest, BadPerimeterIsMarkedUntilAGoodRun) {
-  Load(Overshooting());
-  Run();
+  Run(Overshooting());
   EXPECT_TRUE(state.BadPerimeter);
   EXPECT_FALSE(state.ProcessState & kAreaComputed);
-  EXPECT_EQ(LineEndingAt(4)->colour, kErrorRed);
-  EXPECT_EQ(LineEndingAt(2)->colour, kBlack);
+  EXPECT_EQ(scene.lines[3].endsAt, 4);
+  EXPECT_EQ(scene.lines[3].colour, kErrorRed);
+  EXPECT_EQ(scene.lines[1].colour, kBlack);
 
-  survey.Points[4].X = -1;  // corrected: the last point now stays outside the first line
-  survey.Points[4].Y = 5;
+  survey.Points[4].Y = 5;  // corrected: the last point now stays outside the first line
   dialogs.boxes.clear();
-  Run();
+  Rerun();
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_FALSE(state.BadPerimeter);
   EXPECT_TRUE(state.ProcessState & kAreaComputed);
 }
 
+// The note borrows the failure's title and icon; the flag stays, so the note repeats.
 TEST_F(ProcessingTest, ResequencedNoteFollowsAGoodResult) {
-  Load(PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}}));
   state.ErrorState = kErrorResequenced;
-  Run();
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  EXPECT_EQ(dialogs.last().title, "Processing Failed");
-  EXPECT_EQ(dialogs.last().text, "Note some Intermediate points were resequenced for validity\n\n");
-  EXPECT_EQ(dialogs.last().icon, Icon::Critical);
-  EXPECT_EQ(dialogs.beeps, 1);
+  Run(PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}}));
+  ExpectBox("Processing Failed", "Note some Intermediate points were resequenced for validity\n\n",
+            Icon::Critical);
   EXPECT_TRUE(state.ProcessState & kAreaComputed);
-  EXPECT_EQ(state.ErrorState, kErrorResequenced);  // not cleared: the note repeats
-  Run();
+  EXPECT_EQ(state.ErrorState, kErrorResequenced);
+  Rerun();
   EXPECT_EQ(dialogs.boxes.size(), 2u);
-}
-
-TEST_F(ProcessingTest, DrawingThatFailsIsReported) {
-  Survey loaded;
-  AddDataset(loaded, kTypeN, {{0, 0}, {INFINITY, 3}});
-  Load(loaded);
-  state.ErrorState = 0x12;
-  Run();
-  ExpectFailureBox("Data could not be displayed");
-  ExpectDisplayReset();
-  EXPECT_EQ(state.ErrorState, 0);
 }
 
 TEST_F(ProcessingTest, SelectionOutOfViewIsReset) {
   Survey loaded = PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}});
-  int barn = AddDataset(loaded, kTypeP, {{50, 20}});
-  Load(loaded);
+  const int barn = AddDataset(loaded, kTypeP, {{50, 20}});
   state.SelectedPoint = barn;
   state.SelectedDataset = 2;
-  display.DisplayOptions = 15;
-  Run();
+  Run(loaded);
   EXPECT_EQ(state.SelectedPoint, barn);
   display.DisplayOptions = 15 & ~kShowPoints;
-  Run();
+  Rerun();
   EXPECT_EQ(state.SelectedPoint, -1);
   EXPECT_EQ(state.SelectedDataset, 0);
 }
 
 TEST_F(ProcessingTest, DividedPlotOffersItsSegments) {
   Survey loaded = PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}, {0, 100}});
-  MarkJoins(loaded, 0, 2);
-  Load(loaded);
+  testing::MarkJoins(loaded, 0, 2);
   display.AreaUnitCmb.index = 0;
   display.AreaSgmtCmb.index = 2;
-  Run();
+  Run(loaded);
   EXPECT_TRUE(state.AreaState & kAreaSegmentCount);
   EXPECT_EQ(display.AreaSgmtCmb.items,
             (std::vector<std::string>{"Whole Plot", "Part 1", "Part 2"}));
@@ -279,20 +237,112 @@ TEST_F(ProcessingTest, DividedPlotOffersItsSegments) {
   EXPECT_EQ(display.AreaValLbl.text, "5,000");
   EXPECT_FALSE(scene.LotLbl.visible);  // no sub-division dataset to label
   EXPECT_TRUE(SegmentItems(ProcessingState{}).empty());
-}
 
-TEST_F(ProcessingTest, ExtensionOffersTheEnlargedPlotFirst) {
-  Load(DividedSurvey(kSquare, 1, 2, {{10, 0}, {15, 5}}, "Creek paddock"));
-  display.AreaUnitCmb.index = 0;
-  Run();
+  // An extension offers the enlarged plot first.
+  display.AreaSgmtCmb.index = 0;
+  Run(DividedSurvey(kSquare, 1, 2, {{10, 0}, {15, 5}}, "Creek paddock"));
   EXPECT_EQ(display.AreaSgmtCmb.items,
             (std::vector<std::string>{"Extended Plot", "Main Plot", "Extension"}));
   EXPECT_EQ(display.AreaValLbl.text, "125.0");
   EXPECT_TRUE(scene.LotLbl.visible);
   display.DisplayOptions = 15 & ~kShowSubDivision;
-  Run();
+  Rerun();
   EXPECT_EQ(display.AreaValLbl.text, "100.0");  // the main plot as surveyed
   EXPECT_FALSE(display.AreaSgmtCmb.visible);
+}
+
+// ---------------------------------------------------------------------------------------
+// The area display after a run
+
+// The pattern changes at 1000 by the value before it is rounded; the patterns' own
+// rounding and grouping are NumberFormatTest's.
+TEST(MainDisplayTest, AreaTextIsFormattedBySize) {
+  EXPECT_EQ(AreaText(999.99), "999.99");
+  EXPECT_EQ(AreaText(999.996), "1000.0");
+  EXPECT_EQ(AreaText(1000), "1,000");
+}
+
+// Whole plot 300, first part 200, second part 100.
+TEST(MainDisplayTest, AreaOfTheChosenSegment) {
+  const struct {
+    std::uint8_t areaState;
+    std::uint8_t options;
+    int chosen;
+    const char* text;
+    bool listShown;
+  } rows[] = {
+      {kAreaSegmentCount, 15, 2, "100.0", true},
+      {kAreaSegmentCount, 15, 0, "300.0", true},
+      {kAreaSegmentCount, 14, 2, "300.0", false},  // sub-division not shown
+      {kAreaSegmentCount | kSegmentsSwapped, 14, 2, "200.0", false},
+      {kAreaSegmentCount | kSegmentsSwapped, 15, 2, "100.0", true},
+      {0, 15, 2, "300.0", false},                 // one area
+      {kAreaSegmentCount, 15, 7, "300.0", true},  // a choice out of range
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    const ProcessingState state{.AreaState = row.areaState, .SegmentAreas = {300, 200, 100}};
+    MainDisplay display;
+    display.DisplayOptions = row.options;
+    display.AreaSgmtCmb.index = row.chosen;
+    ShowArea(PerimeterSurvey({{0, 0}, {1, 0}, {1, 1}}), state, display);
+    EXPECT_EQ(display.AreaValLbl.text, row.text);
+    EXPECT_FALSE(display.AreaValLbl.red);
+    EXPECT_EQ(display.AreaSgmtCmb.visible, row.listShown);
+  }
+}
+
+TEST(MainDisplayTest, NoAreaShownWithoutAGoodPerimeter) {
+  ProcessingState state{.AreaState = kAreaSegmentCount, .SegmentAreas = {3, 3, 3}};
+  Survey open;
+  AddDataset(open, kTypeN, {{0, 0}, {1, 0}, {1, 1}});
+  MainDisplay display;
+  display.AreaSgmtCmb.visible = display.AreaUnitLbl.visible = true;
+  ShowArea(open, state, display);
+  EXPECT_EQ(display.AreaValLbl.text, "< Not a Perimeter >");
+  EXPECT_FALSE(display.AreaUnitCmb.visible || display.AreaUnitLbl.visible);
+  EXPECT_FALSE(display.AreaSgmtCmb.visible);
+
+  // A bad perimeter is red until a good one.
+  const Survey survey = PerimeterSurvey({{0, 0}, {1, 0}, {1, 1}});
+  state.BadPerimeter = true;
+  display.AreaSgmtCmb.visible = true;
+  ShowArea(survey, state, display);
+  EXPECT_EQ(display.AreaValLbl.text, "< Bad Perimeter Lines >");
+  EXPECT_TRUE(display.AreaValLbl.red);
+  EXPECT_FALSE(display.AreaSgmtCmb.visible);
+  EXPECT_TRUE(display.AreaUnitCmb.visible);
+  state.BadPerimeter = false;
+  ShowArea(survey, state, display);
+  EXPECT_EQ(display.AreaValLbl.text, "3.0");
+  EXPECT_FALSE(display.AreaValLbl.red);
+}
+
+// The unit label stands in for the list with an unspecified unit, the heading names a GPS
+// area, and the declination shows its side.
+TEST(MainDisplayTest, LabelsFollowTheSurvey) {
+  Survey survey = PerimeterSurvey({{0, 0}, {1, 0}, {1, 1}}, kUnitNotSpecified);
+  ProcessingState state{.SegmentAreas = {1, 1, 1}, .GpsArea = true};
+  survey.MagneticDeclination = -2;
+  MainDisplay display;
+  ShowArea(survey, state, display);
+  EXPECT_FALSE(display.AreaUnitCmb.visible);
+  EXPECT_TRUE(display.AreaUnitLbl.visible);
+  EXPECT_EQ(display.AreaHdrLbl, "Area (GPS)");
+  EXPECT_TRUE(display.MagDecHdrLblEnabled);
+  EXPECT_EQ(display.MagDecLbl, "2.0 W");
+  survey.UnitOfMeasure = kUnitFeet;
+  state.GpsArea = false;
+  survey.MagneticDeclination = 3.5f;
+  ShowArea(survey, state, display);
+  EXPECT_TRUE(display.AreaUnitCmb.visible);
+  EXPECT_FALSE(display.AreaUnitLbl.visible);
+  EXPECT_EQ(display.AreaHdrLbl, "Area");
+  EXPECT_EQ(display.MagDecLbl, "3.5 E");
+  survey.MagneticDeclination = 0;
+  ShowArea(survey, state, display);
+  EXPECT_FALSE(display.MagDecHdrLblEnabled);
+  EXPECT_EQ(display.MagDecLbl, "");
 }
 
 }  // namespace

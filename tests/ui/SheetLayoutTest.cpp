@@ -198,53 +198,43 @@ TEST_F(SheetLayoutTest, TheBlockNamesTheFileAndBothPartsOfADividedPlot) {
   EXPECT_TRUE(sheet.areaLines[1].starts_with("Part 1: "));
   EXPECT_TRUE(sheet.areaLines[2].starts_with("Part 2: "));
   for (const std::string& line : sheet.areaLines) EXPECT_TRUE(line.ends_with(" Hectares"));
-}
+  EXPECT_EQ(sheet.legend.size(), 3u);  // what the farm's drawing uses: SheetLegend's
 
-TEST_F(SheetLayoutTest, AnUntaggedFileIsTitledByItsName) {
+  // An untagged file is titled by its name.
   Load("44,#0092,1,0,0,58\nH,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,10\n");
   EXPECT_EQ(LayOut(0).title, "plot.csv");
   EXPECT_EQ(LayOut(0).areaLines, std::vector<std::string>{"0.01 Hectares"});
 }
 
-// The legend lists the symbols the drawing uses, and only those.
-TEST_F(SheetLayoutTest, TheLegendShowsTheSymbolsDrawn) {
-  struct Case {
-    const char* example;
-    std::vector<std::string> texts;
-  };
-  const Case cases[] = {
-      {"farm.csv",
-       {"Main and Sub-division Perimeter Lines", "Start Point & Closing Line (Main / Sub-div only)",
-        "Stand Alone Points (e.g buildings, dams, windmills)"}},
-      {"roads-buildings.csv",
-       {"Main and Sub-division Perimeter Lines", "Start Point & Closing Line (Main / Sub-div only)",
-        "Other Lines (e.g. roads / fences)", "Stand Alone Points (e.g buildings, dams, windmills)",
-        "Intermediate Points (not shape defining)"}},
-      {"paddock-gps.csv",
-       {"Main and Sub-division Perimeter Lines", "Start Point & Closing Line (Main / Sub-div only)",
-        "Stand Alone Points (e.g buildings, dams, windmills)",
-        "Point Alternate position as defined from GPS"}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.example);
-    logic_ = PlotmeterLogic();
-    LoadExample(c.example);
-    std::vector<std::string> texts;
-    for (const LegendEntry& entry : LayOut(0).legend) texts.push_back(entry.text);
-    EXPECT_EQ(texts, c.texts);
-  }
-}
-
+// The legend lists the symbols the drawing uses, and only those, in a fixed order.
 TEST(SheetLegend, ASymbolShowsOnlyWhatTheDrawingUses) {
   PlotScene scene;
   scene.markers.push_back({.role = MarkerRole::kStandAlone});
   scene.lines.push_back({.role = LineRole::kError});
-  const std::vector<LegendEntry> legend = LegendOf(scene);
+  std::vector<LegendEntry> legend = LegendOf(scene);
   ASSERT_EQ(legend.size(), 2u);
   EXPECT_EQ(legend[0].marker, MarkerRole::kStandAlone);
   EXPECT_EQ(legend[0].line, std::nullopt);
   EXPECT_EQ(legend[1].line, LineRole::kError);
   EXPECT_EQ(legend[1].marker, std::nullopt);  // no red marker was drawn
+
+  for (LineRole role :
+       {LineRole::kAlternate, LineRole::kClosing, LineRole::kOther, LineRole::kPerimeter}) {
+    scene.lines.push_back({.role = role});
+  }
+  std::vector<std::string> texts;
+  for (const LegendEntry& entry : LegendOf(scene)) texts.push_back(entry.text);
+  EXPECT_EQ(texts, (std::vector<std::string>{
+                       "Main and Sub-division Perimeter Lines",
+                       "Start Point & Closing Line (Main / Sub-div only)",
+                       "Other Lines (e.g. roads / fences)",
+                       "Stand Alone Points (e.g buildings, dams, windmills)",
+                       "Point Alternate position as defined from GPS",
+                       "Crossing Lines and their end points",
+                   }));
+  scene.lines.clear();
+  scene.markers = {{.role = MarkerRole::kIntermediate}};
+  EXPECT_EQ(LegendOf(scene)[0].text, "Intermediate Points (not shape defining)");
 }
 
 }  // namespace
