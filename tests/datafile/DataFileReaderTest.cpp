@@ -7,6 +7,7 @@
 #include "datafile/DataFileReader.h"
 #include "datafile/LoadCheck.h"
 #include "support/EnteredSurvey.h"
+#include "support/Latin1.h"
 #include "support/ScriptedDialogs.h"
 #include "support/SurveyComparison.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 using testing::Entered;
 using testing::ExpectSameEnteredSurvey;
+using testing::Latin1;
 using testing::ScriptedDialogs;
 
 // The fault texts as the user sees them, written out here rather than taken from the code.
@@ -60,8 +62,9 @@ const std::map<int, std::string> kMessages = {
 
 // A good file using every kind of dataset, a sub-division with its dummy start, shared
 // points, an intermediate bearing and a GPS link; the header's options and declination are
-// left empty. Each fault row below breaks one thing.
-const std::string kGoodFile =
+// left empty. Each fault row below breaks one thing. Written in UTF-8 here, read as the
+// single bytes a data file holds.
+const std::string kGoodFile = Latin1(
     "// Unit of Measure is Meters\n"
     "// Surveyed by J. Smith\n"
     "//,\n"
@@ -86,32 +89,46 @@ const std::string kGoodFile =
     "/ Points Collection Dataset Header\n"
     "H,P,Sheds\n"
     "10,X,,,10,10,,\n"
-    "11,CF,10,,90,5,,\n"
+    "11,CF,10,,90°,5,,\n"
     "12,G,,,,,150.6,-33.4\n"
-    ",/End data\n";
+    ",/End data\n");
 
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+// `text` with `from` replaced: its first occurrence, or with `all` every one.
+std::string Replaced(std::string text, std::string_view from, std::string_view to,
+                     bool all = false) {
   std::size_t at = text.find(from);
   EXPECT_NE(at, std::string::npos) << "the good file lacks: " << from;
-  if (at != std::string::npos) text.replace(at, from.size(), to);
+  for (; at != std::string::npos; at = all ? text.find(from, at + to.size()) : std::string::npos) {
+    text.replace(at, from.size(), to);
+  }
   return text;
 }
 
-bool Load(Survey& survey, const std::string& text, ScriptedDialogs& dialogs) {
+ReadResult Read(Survey& survey, const std::string& text) {
   std::istringstream in(text);
-  return CheckLoadedData(survey, ReadDataFile(survey, in), dialogs);
+  return ReadDataFile(survey, in);
+}
+
+bool Load(Survey& survey, const std::string& text, ScriptedDialogs& dialogs) {
+  return CheckLoadedData(survey, Read(survey, text), dialogs);
+}
+
+void ExpectBox(const MessageBox& box, const std::string& title, const std::string& text, Icon icon,
+               Buttons buttons, Button defaultButton = Button::Ok) {
+  EXPECT_EQ(box.title, title);
+  EXPECT_EQ(box.text, text);
+  EXPECT_EQ(box.icon, icon);
+  EXPECT_EQ(box.buttons, buttons);
+  EXPECT_EQ(box.defaultButton, defaultButton);
 }
 
 // One critical box, after one beep, and the survey as no file left it.
 void ExpectAborted(const Survey& survey, const ScriptedDialogs& dialogs, int code, int point) {
   ASSERT_FALSE(dialogs.boxes.empty());
-  const MessageBox& box = dialogs.last();
-  EXPECT_EQ(box.title, "File Read Abort");
   std::string suffix = point > 0 ? " [Point " + std::to_string(point) + "]" : "";
-  EXPECT_EQ(box.text, kMessages.at(code) + suffix + "\nPlease correct for a valid file");
-  EXPECT_EQ(box.icon, Icon::Critical);
-  EXPECT_EQ(box.buttons, Buttons::Ok);
-  EXPECT_EQ(box.defaultButton, Button::Ok);
+  ExpectBox(dialogs.last(), "File Read Abort",
+            kMessages.at(code) + suffix + "\nPlease correct for a valid file", Icon::Critical,
+            Buttons::Ok);
   EXPECT_EQ(dialogs.beeps, 1);
   ExpectSameEnteredSurvey(Survey{}, survey);
 }
@@ -125,11 +142,11 @@ TEST(DataFileReaderTest, GoodFileFillsSettingsDatasetsAndPoints) {
   EXPECT_EQ(dialogs.beeps, 0);
   EXPECT_EQ(survey.CurrentFileName, "kept.csv");
   // The same survey written as the resolution tests write theirs.
-  Survey expected = Entered(
-      "H,M\n1,XL,,,0,0,150.5,-33.5\n2,XJ,,,40,0\n3,B,,,0,30\n4,XJ,,,0,30\n"
-      "H,S\n5,D,,,40,0\n6,X,,,20,15\n"
-      "H,L\n7,R,1\n8,BI,7,,45\n9,B,,,45,10\n"
-      "H,P\n10,X,,,10,10\n11,CF,10,,90,5\n12,G,,,,,150.6,-33.4");
+  Survey expected =
+      Entered(Latin1("H,M\n1,XL,,,0,0,150.5,-33.5\n2,XJ,,,40,0\n3,B,,,0,30\n4,XJ,,,0,30\n"
+                     "H,S\n5,D,,,40,0\n6,X,,,20,15\n"
+                     "H,L\n7,R,1\n8,BI,7,,45\n9,B,,,45,10\n"
+                     "H,P\n10,X,,,10,10\n11,CF,10,,90°,5\n12,G,,,,,150.6,-33.4"));
   expected.SubValueSeparator = ':';
   expected.FileTag = "Test lot";
   // The link passed the load check: the next write marks the link as established.
@@ -189,6 +206,7 @@ const FaultRow kFaultRows[] = {
   {"DeclinationBeyondCircle", "1,,,58", "1,,400,58", 3, 0},
   {"SubValueCode256", ",58,Test", ",256,Test", 43, 0},
   {"SubValueCodeEmpty", ",58,Test", ",,Test", 43, 0},
+  {"SubValueCodeNegative", ",58,Test", ",-1,Test", 43, 0},
   // Between the header and the first dataset.
   {"BlankLineAfterHeader", "Test lot\n", "Test lot\n\n", 8, 0},
   {"DataBeforeFirstDataset", "H,M,Front field\n", "", 8, 0},
@@ -278,14 +296,10 @@ TEST(DataFileReaderTest, GpsOnlyQuestionAnsweredYesOrNo) {
     if (yes) dialogs.answers.push_back(Button::Yes);
     EXPECT_EQ(Load(survey, file, dialogs), yes);
     ASSERT_EQ(dialogs.boxes.size(), yes ? 1u : 2u);
-    const MessageBox& question = dialogs.boxes[0];
-    EXPECT_EQ(question.title, "GPS Link issue");
-    EXPECT_EQ(question.text,
+    ExpectBox(dialogs.boxes[0], "GPS Link issue",
               "'GPS Only' data precedes first available link point, but a 'GPS Only' "
-              "calculation is possible.\nproceed on a 'GPS Only' basis ?");
-    EXPECT_EQ(question.icon, Icon::Question);
-    EXPECT_EQ(question.buttons, Buttons::YesNo);
-    EXPECT_EQ(question.defaultButton, Button::No);
+              "calculation is possible.\nproceed on a 'GPS Only' basis ?",
+              Icon::Question, Buttons::YesNo, Button::No);
     if (yes) {
       EXPECT_EQ(dialogs.beeps, 0);
       EXPECT_EQ(survey.FileFlags, kFileGpsOnly | kFileOption);
@@ -304,15 +318,85 @@ TEST(DataFileReaderTest, LinkOfAllGpsDataIsIgnored) {
                    "3,G,,,,,150.6,-33.4\n",
                    dialogs));
   ASSERT_EQ(dialogs.boxes.size(), 1u);
-  const MessageBox& box = dialogs.boxes[0];
-  EXPECT_EQ(box.title, "GPS Link issue");
-  EXPECT_EQ(box.text,
+  ExpectBox(dialogs.boxes[0], "GPS Link issue",
             "GPS link specification is irrelevant when is 'All GPS Only' data.\n"
-            "Specified link [Point 7] will be ignored");
-  EXPECT_EQ(box.icon, Icon::Exclamation);
-  EXPECT_EQ(box.buttons, Buttons::Ok);
+            "Specified link [Point 7] will be ignored",
+            Icon::Exclamation, Buttons::Ok);
   EXPECT_EQ(survey.Points[1].PtFlags, kPtGps);
   EXPECT_FALSE(survey.FileFlags & kFileOption);
+}
+
+// ---- Robustness: bad input gets a message, never a crash or a hang; forgiving input
+// reads as intended ----
+
+// Forgiving forms read as the plain file: other line endings, the file saved as UTF-8,
+// the padding and empty rows of a spreadsheet, letters of either case and blanks. Line
+// endings and UTF-8 are FileTextTest's; one form of each here, through the reader.
+TEST(DataFileReaderTest, ForgivingFormsReadAsThePlainFile) {
+  Survey plain;
+  ASSERT_EQ(Read(plain, kGoodFile).fault, 0);
+  const std::string padded = Replaced(kGoodFile, "\n", ",,,,,,,,,,,\n", true);
+  const std::string loose = Replaced(kGoodFile, "H,L,Road", " h , l , Road ");
+  const std::string forms[] = {
+      "\xEF\xBB\xBF" + Replaced(Replaced(kGoodFile, "\xB0", "\xC2\xB0"), "\n", "\r\n", true),
+      Replaced(padded, "H,L,Road", ",,,,\nH,L,Road"),
+      Replaced(Replaced(loose, "3,B,,,0,30", " 3 , b ,  , , 0 , 30 "), "4,XJ,", "4,jx,")};
+  for (const std::string& text : forms) {
+    Survey survey;
+    ReadResult read = Read(survey, text);
+    ASSERT_EQ(read.fault, 0) << ReadFaultText(read) << text;
+    ExpectSameEnteredSurvey(plain, survey);
+  }
+}
+
+TEST(DataFileReaderTest, LinesOfSeveralMegabytes) {
+  const std::string huge(6 << 20, 'x');
+  Survey survey;
+  ASSERT_EQ(Read(survey, Replaced(kGoodFile, "H,L,Road", "H,L," + huge)).fault, 0);
+  EXPECT_EQ(survey.Datasets[2].DatasetTag, huge);
+  EXPECT_EQ(Read(survey, std::string(6 << 20, '4') + ",#0092,1,0,0,58\nH,M\n1,X,,,0,0\n").fault, 3);
+}
+
+// A million stand-alone points, each a bearing from the one before: read and checked
+// without deep recursion (measured by hand: well under a second in an optimised build),
+// also when the first refers to the last and they go round in one circle.
+TEST(DataFileReaderTest, MillionPointsReferringInAChainOrACircle) {
+  constexpr int kMillion = 1'000'000;
+  for (int firstReference : {3, kMillion + 3}) {
+    std::string text = "44,#0092,1,0,0,58\nH,M,Big\n1,X,,,0,0,,\n2,X,,,1,0,,\n3,X,,,1,1,,\n";
+    text += "H,P,Chain\n4,BF," + std::to_string(firstReference) + ",,45,1,,\n";
+    for (int n = 5; n < kMillion + 4; ++n) {
+      text += std::to_string(n) + ",BF," + std::to_string(n - 1) + ",,45,1.5,,\n";
+    }
+    Survey survey;
+    ReadResult read = Read(survey, text);
+    if (firstReference == 3) {
+      ASSERT_EQ(read.fault, 0) << ReadFaultText(read);
+      EXPECT_EQ(survey.PointCount(), kMillion + 3);
+      EXPECT_EQ(survey.Points.back().PtRef, kMillion + 2);
+    } else {
+      EXPECT_EQ(read.fault, 20);
+      EXPECT_EQ(read.point, 3);  // the earliest point of the circle
+    }
+  }
+}
+
+// The two ways a file fails to be read: it cannot be opened, or not read once open.
+TEST(DataFileReaderTest, MissingFileOrFolderCannotBeOpenedAndTheSystemSaysWhy) {
+  const struct {
+    std::string path;
+    std::string reason;
+  } rows[] = {{PLOTMETER_TEST_DATA_DIR "/no-such-file.csv", "No such file or directory"},
+              {PLOTMETER_TEST_DATA_DIR, "Is a directory"}};
+  for (const auto& row : rows) {
+    Survey survey;
+    ScriptedDialogs dialogs;
+    ReadResult read = ReadDataFile(survey, row.path);
+    EXPECT_EQ(survey.CurrentFileName, row.path);
+    EXPECT_FALSE(CheckLoadedData(survey, read, dialogs));
+    ExpectAborted(survey, dialogs, 1, 0);
+    EXPECT_EQ(dialogs.last().detail, row.path + ": " + row.reason);
+  }
 }
 
 }  // namespace
