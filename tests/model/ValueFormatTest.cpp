@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 #include <string>
 
 #include "model/GpsText.h"
+#include "model/NumberFormat.h"
 #include "model/ValueFormat.h"
 #include "model/ValueText.h"
 #include "support/Latin1.h"
@@ -13,6 +15,51 @@ namespace plotmeter {
 namespace {
 
 using testing::Latin1;
+
+TEST(NumberFormatTest, DoublesAsThePatternAsks) {
+  // clang-format off
+  const struct {
+    double value;
+    const char* pattern;
+    const char* expected;
+  } rows[] = {
+      // The least and the most decimals; "#"s before the point add nothing.
+      {12.5, "#0.0#####", "12.5"}, {12, "#0.0#####", "12.0"}, {0.1234567, "#0.0#####", "0.123457"},
+      {-0.12345678, "0.0######", "-0.1234568"}, {2.0004, "#0.###", "2"}, {0.04, "#0.###", "0.04"},
+      {1234567, "#####0", "1234567"}, {0.0, "#0.0", "0.0"}, {1e21, "#0", "1000000000000000000000"},
+      // Half away from zero on the decimal value, not on the binary one; carries through
+      // every digit.
+      {2.675, "#0.0#", "2.68"}, {-1.25, "#0.0", "-1.3"}, {0.5, "#0", "1"},
+      {99.999, "##0.0#", "100.0"},
+      // No "-0".
+      {-0.0, "#0", "0"}, {-0.4, "#0", "0"}, {-0.00001, "#0.0###", "0.0"},
+      // Grouping, counted from the right.
+      {1234567.8, "#,##0", "1,234,568"}, {123, "#,##0", "123"}, {-1234, "#,##0", "-1,234"}};
+  // clang-format on
+  for (const auto& row : rows) {
+    EXPECT_EQ(FormatNumber(row.value, row.pattern), row.expected)
+        << row.value << " " << row.pattern;
+  }
+}
+
+TEST(NumberFormatTest, FloatsIntegersAndNonFiniteValues) {
+  EXPECT_EQ(FormatNumber(0.1f, "#0.0#####"), "0.1");
+  EXPECT_EQ(FormatNumber(5.7f, "#0"), "6");
+  // As a double the same float is 0.100000001490116..., which keeps its tail.
+  EXPECT_EQ(FormatNumber(static_cast<double>(0.1f), "#0.0#########"), "0.1000000015");
+  EXPECT_EQ(FormatNumber(-0.25f, "#0"), "0");
+  EXPECT_EQ(FormatNumber(42, "#0.0##"), "42.0");
+  EXPECT_EQ(FormatNumber(std::numeric_limits<int>::min(), "#,##0"), "-2,147,483,648");
+  EXPECT_EQ(FormatNumber(std::numeric_limits<double>::infinity(), "#0"), "Infinity");
+  EXPECT_EQ(FormatNumber(-std::numeric_limits<float>::infinity(), "#0"), "-Infinity");
+  EXPECT_EQ(FormatNumber(std::nan(""), "#0.0"), "NaN");
+}
+
+TEST(NumberFormatTest, TextIsRightAligned) {
+  EXPECT_EQ(FormatText("7", "@@@"), "  7");
+  EXPECT_EQ(FormatText("12345", "@@@"), "12345");
+  EXPECT_EQ(FormatText("", "@@@"), "   ");
+}
 
 constexpr std::uint8_t kScreen = kWriterOptionsDefault;  // bit 1 clear: not writing
 constexpr std::uint8_t kFileMinutes = kWriteInProgress | kWriterOptionsDefault;
@@ -126,56 +173,39 @@ constexpr Mode kAngleModes[] = {{kScreen, 0.5e-6 + 1e-10},
                                 {kFileMinutes, 0.5e-4 / 60 + 1e-10},
                                 {kFileSeconds, 0.5e-3 / 3600 + 1e-10}};
 
-double AngleDifference(double a, double b) {
-  double d = std::fabs(a - b);
-  return std::min(d, 360 - d);
-}
+double AngleDifference(double a, double b) { return std::fabs(std::remainder(a - b, 360.0)); }
 
-TEST(ValueFormatRoundTrip, BearingsReadBack) {
-  std::mt19937 random(20240917);
-  std::uniform_real_distribution<float> anyBearing(-720, 720);
-  std::vector<float> bearings = {0, 30.5f, 359.99997f, 0.99999994f, 10.99999f, 1e-7f, -0.0001f};
-  for (int i = 0; i < kRoundTrips; ++i) bearings.push_back(anyBearing(random));
+// A bearing (as the float it is held in), a longitude and a latitude from each angle.
+TEST(ValueFormatRoundTrip, AnglesReadBack) {
+  std::mt19937_64 random(20240917);
+  std::uniform_real_distribution<double> anyAngle(-720, 720);
+  std::vector<double> angles = {0,         30.5,       90,       -90,  180,       180.000001,
+                                359.99997, 0.99999994, 10.99999, 1e-7, -0.000001, 89.99999999999};
+  for (int i = 0; i < kRoundTrips; ++i) angles.push_back(anyAngle(random));
   Survey survey;
   survey.SubValueSeparator = ' ';
   for (const Mode& mode : kAngleModes) {
-    for (std::uint8_t style : {std::uint8_t{0}, kTight}) {
-      for (float original : bearings) {
-        float bearing = original;
-        std::string text = FormatBearing(Settings(mode.options, 0, '\xB0', ' '), style, bearing);
+    for (bool tight : {false, true}) {
+      const ValueSettings values = Settings(mode.options, 0, '\xB0', ' ');
+      for (double angle : angles) {
+        float bearing = static_cast<float>(angle);
+        std::string text = FormatBearing(values, tight ? kTight : 0, bearing);
         double read = ParseAngleText(survey, text);
         ASSERT_EQ(survey.ValueMarks, 0) << text;
         // The plain forms start from the float's shortest decimal, up to an ulp away.
         double ulp = std::nextafter(bearing, 1e9f) - bearing;
-        EXPECT_LE(AngleDifference(read, bearing), mode.tolerance + ulp) << original << " " << text;
-      }
-    }
-  }
-}
+        EXPECT_LE(AngleDifference(read, bearing), mode.tolerance + ulp) << angle << " " << text;
 
-TEST(ValueFormatRoundTrip, GpsAnglesReadBack) {
-  std::mt19937_64 random(7);
-  std::uniform_real_distribution<double> anyLatitude(-90, 90), anyLongitude(0, 360);
-  std::vector<double> latitudes = {0, 90, -90, 89.99999999999, -0.000001};
-  std::vector<double> longitudes = {0, 180, 180.000001, 359.9999999, 190};
-  for (int i = 0; i < kRoundTrips; ++i) {
-    latitudes.push_back(anyLatitude(random));
-    longitudes.push_back(anyLongitude(random));
-  }
-  const Survey survey;
-  for (const Mode& mode : kAngleModes) {
-    for (std::uint8_t join : {std::uint8_t{0}, kGpsTight}) {
-      for (double latitude : latitudes) {
-        std::string text = FormatGpsAngle(Settings(mode.options), kLat | join, latitude);
-        std::optional<double> read = ParseGpsLatitude(survey, text);
-        ASSERT_TRUE(read.has_value()) << text;
-        EXPECT_NEAR(*read, latitude, mode.tolerance) << text;
-      }
-      for (double longitude : longitudes) {
-        std::string text = FormatGpsAngle(Settings(mode.options), join, longitude);
-        std::optional<double> read = ParseGpsLongitude(survey, text);
-        ASSERT_TRUE(read.has_value()) << text;
-        EXPECT_LE(AngleDifference(*read, longitude), mode.tolerance) << text;
+        const std::uint8_t join = tight ? kGpsTight : 0;
+        text = FormatGpsAngle(values, join, angle);
+        std::optional<double> gps = ParseGpsLongitude(survey, text);
+        ASSERT_TRUE(gps.has_value()) << text;
+        EXPECT_LE(AngleDifference(*gps, angle), mode.tolerance) << angle << " " << text;
+        const double latitude = std::fabs(angle) <= 90 ? angle : std::fmod(angle, 90);
+        text = FormatGpsAngle(values, kLat | join, latitude);
+        gps = ParseGpsLatitude(survey, text);
+        ASSERT_TRUE(gps.has_value()) << text;
+        EXPECT_NEAR(*gps, latitude, mode.tolerance) << text;
       }
     }
   }
