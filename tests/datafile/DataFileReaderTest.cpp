@@ -213,6 +213,7 @@ const FaultRow kFaultRows[] = {
   {"UnknownDatasetType", "H,M,Front", "H,Q,Front", 41, 0},
   {"DatasetTypeWord", "H,M,Front", "H,Main,Front", 41, 0},
   {"SecondMain", "H,L,Road", "H,M,Road", 6, 0},
+  {"MainAndNonPerimeterMain", "H,P,Sheds", "H,N,Sheds", 6, 0},
   {"SecondSubDivision", "H,L,Road", "H,S,Road", 7, 0},
   {"DatasetWithoutPoints", "H,L,Road\n", "H,L,Road\nH,P,Empty\n", 8, 0},
   {"LastDatasetWithoutPoints", ",/End data\n", "H,P,Empty\n", 8, 0},
