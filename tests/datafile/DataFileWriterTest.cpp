@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 
 #include "datafile/DataFileWriter.h"
+#include "support/Latin1.h"
 #include "support/PlotSurveys.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TestFolder.h"
@@ -16,7 +13,7 @@
 namespace plotmeter {
 namespace {
 
-namespace fs = std::filesystem;
+using testing::Latin1;
 using testing::ProcessedPoint;
 using testing::ScriptedDialogs;
 using testing::TestFolder;
@@ -24,7 +21,6 @@ using testing::TestFolder;
 // A small processed triangle in metres, as a load and a processing run leave it.
 Survey Triangle() {
   Survey survey;
-  survey.FieldSeparator = ',';
   survey.SubValueSeparator = ':';
   survey.UnitOfMeasure = kUnitMeters;
   survey.FileTag = "Lot 7";
@@ -40,179 +36,116 @@ Survey Triangle() {
   return survey;
 }
 
+// Adds a dataset of `points` points at (1, 2), closing at 90 degrees over 2.
+void AddDataset(Survey& survey, std::uint8_t type, const char* tag, int points) {
+  survey.Datasets.push_back(Dataset{.DatasetType = type,
+                                    .DatasetStart = survey.PointCount(),
+                                    .DatasetTag = tag,
+                                    .ClosingBearing = 90,
+                                    .ClosingLen = 2});
+  for (int i = 0; i < points; ++i) {
+    survey.Points.push_back(ProcessedPoint(survey.PointCount() + 1, kPtXY, "1", "2", 1, 2, 0, 0));
+  }
+}
+
 std::string Written(Survey& survey, int expectedFault = 0) {
   std::ostringstream out;
   EXPECT_EQ(WriteSurvey(survey, out), expectedFault);
+  EXPECT_EQ(survey.WriterOptions & kWriteInProgress, 0);
   return out.str();
 }
 
-TEST(DataFileWriterTest, DefaultLayout) {
+// Every part a file can have: sub-units, the magnetic bearings, the GPS columns with an
+// alternate position, a dummy start (in a sub-division only), a closing line after main
+// and sub-division only, a dataset of each kind (the empty one left out), and free text
+// kept on one line.
+TEST(DataFileWriterTest, DefaultLayoutWithEveryPart) {
   Survey survey = Triangle();
-  EXPECT_EQ(Written(survey),
-            "// Unit of Measure is Meters\n"
-            "// by J. Smith\n"
-            "//,\n"
-            "44,#0092,1,0,0,58,Lot 7\n"
-            ",/ Column Headings (for data lines):\n"
-            "/Pt#,/Typ,PtRef#,PtTgt#,InXA,InYL,InGPSLong,InGPSLat,X,Y,Bearing,Len,GPSLong,GPSLat,"
-            "AltGPSLong,AltGPSLat,AltGPSDelta\n"
-            "/ Main Dataset Header\n"
-            "H,M,Front\n"
-            "1,X,,,0,0,,,0.0,0.0,0\xB0,0.0,,,,,\n"
-            "2,X,,,40,0,,,40.0,0.0,90\xB0,40.0,,,,,\n"
-            "3,B,,,0,30,,,40.0,30.0,0\xB0,30.0,,,,,\n"
-            "/Closing Line,,,,,,,,,,233\xB0 30.0',50.0\n"
-            ",/End data\n");
-}
-
-TEST(DataFileWriterTest, PlainLayoutWithoutHeadings) {
-  Survey survey = Triangle();
-  survey.WriterOptions = kWriterOptionsDefault | kWritePlainLayout | kWriteNoHeadings;
-  survey.FileFlags = kFileOption;
-  survey.FileTag.clear();
-  survey.Datasets[0].DatasetTag.clear();
-  EXPECT_EQ(Written(survey),
-            "// Unit of Measure is Meters\n"
-            "// by J. Smith\n"
-            "//\n"
-            "44,#0092,1,3,0,58\n"
-            "/ Main Dataset Header\n"
-            "H,M\n"
-            "1,X,,,0,0,,,0.0,0.0,0\xB0,0.0,,,,,\n"
-            "2,X,,,40,0,,,40.0,0.0,90\xB0,40.0,,,,,\n"
-            "3,B,,,0,30,,,40.0,30.0,0\xB0,30.0,,,,,\n"
-            "/End data\n");
-}
-
-TEST(DataFileWriterTest, DeclinationAddsMagneticBearings) {
-  Survey survey = Triangle();
+  survey.UnitOfMeasure = kUnitFeet;
   survey.MagneticDeclination = 12.5f;
-  std::string text = Written(survey);
-  EXPECT_NE(text.find("44,#0092,1,0,12.5,58,Lot 7\n"), std::string::npos);
-  EXPECT_NE(text.find(",Bearing,Mag Brg,Len,"), std::string::npos);
-  EXPECT_NE(text.find("\n2,X,,,40,0,,,40.0,0.0,90\xB0,102\xB0 30.0',40.0,,,,,\n"),
-            std::string::npos);
-  EXPECT_NE(text.find("/Closing Line,,,,,,,,,,233\xB0 30.0',246\xB0,50.0\n"), std::string::npos);
-}
-
-TEST(DataFileWriterTest, UnitLineNamesTheSubUnitUnlessPlainLengths) {
-  Survey survey = Triangle();
-  survey.UnitOfMeasure = kUnitFeet;
-  EXPECT_TRUE(Written(survey).starts_with("// Unit of Measure is Feet:Inches\n"));
-  survey.UnitOfMeasure = kUnitChains;
-  survey.SubValueSeparator = ' ';
-  EXPECT_TRUE(Written(survey).starts_with("// Unit of Measure is Chains Links\n"));
-  survey.WriterOptions |= kWritePlainLengths;
-  EXPECT_TRUE(Written(survey).starts_with("// Unit of Measure is Chains\n"));
-  survey.UnitOfMeasure = kUnitNotSpecified;
-  survey.WriterOptions = kWriterOptionsDefault;
-  EXPECT_TRUE(Written(survey).starts_with("// Unit of Measure is <Not specified>\n"));
-}
-
-TEST(DataFileWriterTest, LengthsTakeSubUnitsOnlyWhileWriting) {
-  Survey survey = Triangle();
-  survey.UnitOfMeasure = kUnitFeet;
-  survey.Points[2].Len = 30.25f;
-  EXPECT_NE(Written(survey).find(",0\xB0,30:3.0,"), std::string::npos);
-  EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
-}
-
-// The dummy start is written "D" in a sub-division only; the letters themselves are
-// TypeLettersTest's.
-TEST(DataFileWriterTest, DummyMarkIsWrittenInASubDivisionOnly) {
-  for (std::uint8_t type : {kTypeS | kDatasetHasDummy, int{kTypeM}}) {
-    Survey survey = Triangle();
-    survey.Points[0].PtMarks = kMarkDummy;
-    survey.Datasets[0].DatasetType = type;
-    const bool sub = type & kDatasetSubDivision;
-    EXPECT_NE(Written(survey).find(sub ? "\n1,D," : "\n1,X,"), std::string::npos) << int{type};
-  }
-}
-
-struct DatasetCommentRow {
-  std::uint8_t type;
-  int points;
-  const char* expected;  // comment line, header line
-};
-
-void PrintTo(const DatasetCommentRow& row, std::ostream* out) { *out << row.expected; }
-
-class DatasetCommentTest : public ::testing::TestWithParam<DatasetCommentRow> {};
-
-TEST_P(DatasetCommentTest, CommentAndHeaderLines) {
-  const DatasetCommentRow& row = GetParam();
-  Survey survey = Triangle();
-  survey.Datasets.push_back(Dataset{.DatasetType = row.type,
-                                    .DatasetStart = 3,
-                                    .DatasetTag = "Tag",
-                                    .ClosingBearing = 90,
-                                    .ClosingLen = 2});
-  for (int i = 0; i < row.points; ++i) {
-    survey.Points.push_back(ProcessedPoint(4 + i, kPtXY, "1", "2", 1, 2, 0, 0));
-  }
-  std::string text = Written(survey);
-  EXPECT_NE(text.find(row.expected), std::string::npos) << text;
-  bool closes = row.type & (kDatasetMain | kDatasetSubDivision);
-  std::size_t closing = text.find("/Closing Line,,,,,,,,,,90\xB0,2.0\n");
-  EXPECT_EQ(closing != std::string::npos, closes) << text;
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Rows, DatasetCommentTest, ::testing::Values(
-    DatasetCommentRow{kTypeS, 2, "\n/ Sub-division (or Extension) Dataset Header\nH,S,Tag\n4,X,"},
-    DatasetCommentRow{kTypeS | kDatasetGenerated, 2,
-                      "\n/ Internally generated Sub-division Dataset Header\nH,S,Tag\n"},
-    DatasetCommentRow{kTypeL, 2, "\n/ Line Dataset Header\nH,L,Tag\n"},
-    DatasetCommentRow{kTypeP, 1, "\n/ Single Point Dataset Header\nH,P,Tag\n"},
-    DatasetCommentRow{kTypeP, 2, "\n/ Points Collection Dataset Header\nH,P,Tag\n"}));
-// clang-format on
-
-TEST(DataFileWriterTest, NonPerimeterMainIsWrittenAsN) {
-  Survey survey = Triangle();
-  survey.Datasets[0].DatasetType = kTypeN;
-  EXPECT_NE(Written(survey).find("\n/ Main Dataset Header\nH,N,Front\n"), std::string::npos);
-}
-
-TEST(DataFileWriterTest, DatasetWithoutPointsIsLeftOut) {
-  Survey survey = Triangle();
-  survey.Datasets.push_back(Dataset{.DatasetType = kTypeL, .DatasetStart = 3, .DatasetTag = "x"});
-  EXPECT_EQ(Written(survey).find("H,L"), std::string::npos);
-}
-
-TEST(DataFileWriterTest, GpsColumnsOnlyWhenTheSurveyHasGps) {
-  Survey survey = Triangle();
+  survey.FileFlags = kFileOption;
+  survey.FileTag = "two\nlines";
+  survey.UserComments.push_back("note without marks");
   Point& link = survey.Points[0];
   link.PtFlags |= kPtGps | kPtLink;
+  link.PtMarks = kMarkDummy;
   link.InGPSLong = "150.5";
   link.InGPSLat = "-33.5";
   link.GPSLong = 150.5;
   link.GPSLat = -33.5;
   Point& second = survey.Points[1];
-  second.GPSLong = 150.25;
-  second.GPSLat = -33.75;
   second.HasAlternate = true;
-  second.AltGPSLong = 150.5;
-  second.AltGPSLat = -33.5;
-  second.AltGPSDelta = 2.5;
-  std::string text = Written(survey);
-  EXPECT_NE(
-      text.find("\n1,XL,,,0,0,150.5,-33.5,0.0,0.0,0\xB0,0.0,150\xB0 30.0' E,33\xB0 30.0' S,,,\n"),
-      std::string::npos)
-      << text;
-  EXPECT_NE(text.find(",150\xB0 15.0' E,33\xB0 45.0' S,150\xB0 30.0' E,33\xB0 30.0' S,2.5\n"),
-            std::string::npos)
-      << text;
+  second.AltGPSLong = 150.25;
+  second.AltGPSLat = -33.75;
+  second.AltGPSDelta = 2.25;
+  survey.Points[2].Len = 30.25f;
+  AddDataset(survey, kTypeS | kDatasetHasDummy, "a\r\nb", 2);
+  survey.Points[3].PtMarks = kMarkDummy;
+  AddDataset(survey, kTypeL, "Empty", 0);
+  AddDataset(survey, kTypeL, "Lane", 1);
+  AddDataset(survey, kTypeP, "Sheds", 2);
+  EXPECT_EQ(Written(survey),
+            Latin1("// Unit of Measure is Feet:Inches\n"
+                   "// by J. Smith\n"
+                   "// note without marks\n"
+                   "//,\n"
+                   "44,#0092,3,1,12.5,58,two lines\n"
+                   ",/ Column Headings (for data lines):\n"
+                   "/Pt#,/Typ,PtRef#,PtTgt#,InXA,InYL,InGPSLong,InGPSLat,X,Y,Bearing,Mag Brg,Len,"
+                   "GPSLong,GPSLat,AltGPSLong,AltGPSLat,AltGPSDelta\n"
+                   "/ Main Dataset Header\n"
+                   "H,M,Front\n"
+                   "1,XL,,,0,0,150.5,-33.5,0,0,0°,12° 30.0',0,150° 30.0' E,33° 30.0' S,,,\n"
+                   "2,X,,,40,0,,,40,0,90°,102° 30.0',40,0° E,0° N,150° 15.0' E,33° 45.0' S,2:3.0\n"
+                   "3,B,,,0,30,,,40,30,0°,12° 30.0',30:3.0,0° E,0° N,,,\n"
+                   "/Closing Line,,,,,,,,,,233° 30.0',246°,50\n"
+                   "/ Sub-division (or Extension) Dataset Header\n"
+                   "H,S,a  b\n"
+                   "4,D,,,1,2,,,1,2,0°,12° 30.0',0,0° E,0° N,,,\n"
+                   "5,X,,,1,2,,,1,2,0°,12° 30.0',0,0° E,0° N,,,\n"
+                   "/Closing Line,,,,,,,,,,90°,102° 30.0',2\n"
+                   "/ Line Dataset Header\n"
+                   "H,L,Lane\n"
+                   "6,X,,,1,2,,,1,2,0°,12° 30.0',0,0° E,0° N,,,\n"
+                   "/ Points Collection Dataset Header\n"
+                   "H,P,Sheds\n"
+                   "7,X,,,1,2,,,1,2,0°,12° 30.0',0,0° E,0° N,,,\n"
+                   "8,X,,,1,2,,,1,2,0°,12° 30.0',0,0° E,0° N,,,\n"
+                   ",/End data\n"));
 }
 
-TEST(DataFileWriterTest, FreeTextStaysOnOneLine) {
+// Plain lengths drop the sub-unit from the unit line and the values.
+TEST(DataFileWriterTest, PlainLayoutWithoutHeadings) {
   Survey survey = Triangle();
-  survey.FileTag = "two\nlines";
-  survey.Datasets[0].DatasetTag = "a\r\nb";
-  survey.UserComments = {"note without marks"};
-  std::string text = Written(survey);
-  EXPECT_NE(text.find("\n// note without marks\n"), std::string::npos);
-  EXPECT_NE(text.find(",58,two lines\n"), std::string::npos);
-  EXPECT_NE(text.find("\nH,M,a  b\n"), std::string::npos);
+  survey.UnitOfMeasure = kUnitChains;
+  survey.WriterOptions =
+      kWriterOptionsDefault | kWritePlainLayout | kWriteNoHeadings | kWritePlainLengths;
+  survey.FileFlags = kFileOption;
+  survey.FileTag.clear();
+  survey.Datasets[0].DatasetTag.clear();
+  EXPECT_EQ(Written(survey), Latin1("// Unit of Measure is Chains\n"
+                                    "// by J. Smith\n"
+                                    "//\n"
+                                    "44,#0092,5,3,0,58\n"
+                                    "/ Main Dataset Header\n"
+                                    "H,M\n"
+                                    "1,X,,,0,0,,,0.0,0.0,0°,0.0,,,,,\n"
+                                    "2,X,,,40,0,,,40.0,0.0,90°,40.0,,,,,\n"
+                                    "3,B,,,0,30,,,40.0,30.0,0°,30.0,,,,,\n"
+                                    "/End data\n"));
+}
+
+TEST(DataFileWriterTest, NonPerimeterMainGeneratedSubDivisionAndSinglePoint) {
+  Survey survey = Triangle();
+  survey.Datasets[0].DatasetType = kTypeN;
+  AddDataset(survey, kTypeS | kDatasetGenerated, "Cut", 1);
+  AddDataset(survey, kTypeP, "Shed", 1);
+  const std::string text = Written(survey);
+  for (const char* part : {"\n/ Main Dataset Header\nH,N,Front\n1,X,",
+                           "\n/ Internally generated Sub-division Dataset Header\nH,S,Cut\n",
+                           "\n/ Single Point Dataset Header\nH,P,Shed\n"}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part;
+  }
 }
 
 struct RefusalRow {
@@ -221,48 +154,37 @@ struct RefusalRow {
   int fault;
 };
 
-class WriteRefusalTest : public ::testing::TestWithParam<RefusalRow> {};
-
-TEST_P(WriteRefusalTest, WritesNothing) {
-  Survey survey = Triangle();
-  GetParam().change(survey);
-  EXPECT_EQ(Written(survey, GetParam().fault), "");
-  EXPECT_EQ(survey.WriterOptions & kWriteInProgress, 0);
-}
-
-void PrintTo(const RefusalRow& row, std::ostream* out) { *out << row.name; }
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Rows, WriteRefusalTest, ::testing::Values(
-    RefusalRow{"TwoPoints", [](Survey& s) { s.Points.pop_back(); }, kWriteTooFewPoints},
-    RefusalRow{"GpsOnlyPointWithoutLink", [](Survey& s) {
-      s.Points[2].PtFlags = kPtGps; }, kWriteGpsWithoutLink},
-    RefusalRow{"AlternateGpsWithoutLink", [](Survey& s) {
-      s.Points[1].PtFlags |= kPtGps | kPtAltGps; s.Points[2].PtFlags = kPtGps; },
-      kWriteGpsWithoutLink},
-    RefusalRow{"ValueHoldsSeparator", [](Survey& s) { s.Points[1].InXA = "40,5"; },
-      kWriteUnreadable},
-    RefusalRow{"ValueHoldsLineBreak", [](Survey& s) { s.Points[1].InYL = "4\n0"; },
-      kWriteUnreadable},
-    RefusalRow{"DigitSeparator", [](Survey& s) { s.FieldSeparator = '5'; }, kWriteUnreadable},
-    RefusalRow{"SeparatorZero", [](Survey& s) { s.FieldSeparator = '\0'; }, kWriteUnreadable},
-    RefusalRow{"SeparatorOfTheMarker", [](Survey& s) { s.FieldSeparator = 'H'; },
-      kWriteUnreadable},
-    RefusalRow{"SubValueLineBreakForFeet", [](Survey& s) {
+TEST(DataFileWriterTest, RefusedSurveysWriteNothing) {
+  // clang-format off
+  const RefusalRow rows[] = {
+    {"TwoPoints", [](Survey& s) { s.Points.pop_back(); }, kWriteTooFewPoints},
+    {"GpsOnlyPointWithoutLink", [](Survey& s) { s.Points[2].PtFlags = kPtGps; },
+     kWriteGpsWithoutLink},
+    {"ValueHoldsSeparator", [](Survey& s) { s.Points[1].InXA = "40,5"; }, kWriteUnreadable},
+    {"ValueHoldsLineBreak", [](Survey& s) { s.Points[1].InYL = "4\n0"; }, kWriteUnreadable},
+    {"DigitSeparator", [](Survey& s) { s.FieldSeparator = '5'; }, kWriteUnreadable},
+    {"SeparatorZero", [](Survey& s) { s.FieldSeparator = '\0'; }, kWriteUnreadable},
+    {"SubValueLineBreakForFeet", [](Survey& s) {
       s.UnitOfMeasure = kUnitFeet; s.SubValueSeparator = '\n'; }, kWriteUnreadable},
-    RefusalRow{"DegreeMarkLineBreak", [](Survey& s) { s.DegreeChar = '\r'; }, kWriteUnreadable},
-    RefusalRow{"UnitSeven", [](Survey& s) { s.UnitOfMeasure = 7; }, kWriteUnreadable},
-    RefusalRow{"NoDataset", [](Survey& s) { s.Datasets.clear(); }, kWriteUnreadable},
-    RefusalRow{"PointsBeforeFirstDataset", [](Survey& s) { s.Datasets[0].DatasetStart = 1; },
-      kWriteUnreadable},
-    RefusalRow{"DatasetsOutOfOrder", [](Survey& s) {
+    {"DegreeMarkLineBreak", [](Survey& s) { s.DegreeChar = '\r'; }, kWriteUnreadable},
+    {"UnitSeven", [](Survey& s) { s.UnitOfMeasure = 7; }, kWriteUnreadable},
+    {"NoDataset", [](Survey& s) { s.Datasets.clear(); }, kWriteUnreadable},
+    {"PointsBeforeFirstDataset", [](Survey& s) { s.Datasets[0].DatasetStart = 1; },
+     kWriteUnreadable},
+    {"DatasetsOutOfOrder", [](Survey& s) {
       s.Datasets.push_back(Dataset{.DatasetType = kTypeL, .DatasetStart = 2});
       s.Datasets.push_back(Dataset{.DatasetType = kTypeP, .DatasetStart = 1}); },
-      kWriteUnreadable}),
-    [](const auto& info) { return info.param.name; });
-// clang-format on
-
-TEST(DataFileWriterTest, GpsOnlyChoiceOrAllGpsNeedsNoLink) {
+     kWriteUnreadable},
+  };
+  // clang-format on
+  for (const RefusalRow& row : rows) {
+    SCOPED_TRACE(row.name);
+    Survey survey = Triangle();
+    row.change(survey);
+    EXPECT_EQ(Written(survey, row.fault), "");
+  }
+  // Points given by GPS alone need no link when 'GPS Only' processing was chosen, or when
+  // every point is given so.
   Survey survey = Triangle();
   survey.Points[2].PtFlags = kPtGps;
   survey.FileFlags = kFileGpsOnly;
@@ -272,114 +194,41 @@ TEST(DataFileWriterTest, GpsOnlyChoiceOrAllGpsNeedsNoLink) {
   Written(survey, 0);
 }
 
-TEST(DataFileWriterTest, MessagesOfTheFaults) {
-  EXPECT_EQ(WriteFaultMessage(1), "Cannot open file - check is not being used by another program.");
-  EXPECT_EQ(WriteFaultMessage(2), "GPS values present without a GPS linked point.");
-  for (int fault : {0, 3, 4, 99}) {
-    EXPECT_EQ(WriteFaultMessage(fault), "Unidentified processing error") << fault;
-  }
-}
-
-class SavedFileTest : public ::testing::Test {
- protected:
-  static std::string Contents(const std::string& path) { return TestFolder::Contents(path); }
-  static void Put(const std::string& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
-  }
-  // The fixed text, with the system's reason and the path as the detail where there is one.
-  static void ExpectWriteAbort(const ScriptedDialogs& dialogs, const std::string& text,
-                               const std::string& detail = "") {
+// The file holds what `WriteSurvey` gives; a fault leaves the old file and shows the box,
+// with the system's reason and the path beside it where the system gave one. How a save
+// keeps the old file through any failure is SafeFileTest's.
+TEST(DataFileWriterTest, SavedFileOrWriteFileAbort) {
+  TestFolder folder;
+  const std::string path = folder.Write("lot.csv", "old text");
+  Survey gpsWithoutLink = Triangle(), twoPoints = Triangle(), good = Triangle();
+  gpsWithoutLink.Points[2].PtFlags = kPtGps;
+  twoPoints.Points.pop_back();
+  const struct {
+    Survey* survey;
+    std::string path, text, detail;
+  } rows[] = {{&gpsWithoutLink, path, "GPS values present without a GPS linked point.", ""},
+              {&twoPoints, path, "Unidentified processing error", ""},
+              {&good, folder.Path("no-such-folder/lot.csv"),
+               "Cannot open file - check is not being used by another program.",
+               folder.Path("no-such-folder/lot.csv") + ": No such file or directory"}};
+  for (const auto& row : rows) {
+    ScriptedDialogs dialogs;
+    EXPECT_FALSE(WriteDataFile(*row.survey, row.path, dialogs));
     ASSERT_EQ(dialogs.boxes.size(), 1u);
     EXPECT_EQ(dialogs.last().title, "Write File Abort");
-    EXPECT_EQ(dialogs.last().text, text);
-    EXPECT_EQ(dialogs.last().detail, detail);
+    EXPECT_EQ(dialogs.last().text, row.text);
+    EXPECT_EQ(dialogs.last().detail, row.detail);
     EXPECT_EQ(dialogs.last().icon, Icon::Critical);
     EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
     EXPECT_EQ(dialogs.beeps, 1);
+    EXPECT_EQ(row.survey->WriterOptions, kWriterOptionsDefault);
   }
-
-  TestFolder folder_;
-};
-
-TEST_F(SavedFileTest, WritesTheFileAndNothingElse) {
-  Survey survey = Triangle();
+  EXPECT_EQ(TestFolder::Contents(path), "old text");
   ScriptedDialogs dialogs;
-  std::string path = folder_.Path("lot.csv");
-  ASSERT_TRUE(WriteDataFile(survey, path, dialogs));
+  ASSERT_TRUE(WriteDataFile(good, path, dialogs));
   EXPECT_TRUE(dialogs.boxes.empty());
-  EXPECT_EQ(Contents(path), Written(survey));
-  EXPECT_EQ(folder_.FileCount(), 1);
-}
-
-TEST_F(SavedFileTest, EachFailureKeepsItsTextAndGivesTheSystemsReasonBeside) {
-  fs::create_directory(folder_.Path("taken.csv"));
-  Put(folder_.Path("taken.csv/inside.txt"), "kept");
-  Put(folder_.Path("read-only.csv"), "kept");
-  ASSERT_EQ(::chmod(folder_.Path("read-only.csv").c_str(), 0444), 0);
-  const struct {
-    const char* name;
-    const char* reason;
-  } rows[] = {{"no-such-folder/lot.csv", "No such file or directory"},
-              {"taken.csv", "Is a directory"},
-              {"read-only.csv", "Permission denied"}};
-  for (const auto& row : rows) {
-    Survey survey = Triangle();
-    ScriptedDialogs dialogs;
-    const std::string path = folder_.Path(row.name);
-    EXPECT_FALSE(WriteDataFile(survey, path, dialogs));
-    ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.",
-                     path + ": " + row.reason);
-    EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
-  }
-  EXPECT_EQ(Contents(folder_.Path("taken.csv/inside.txt")), "kept");
-  EXPECT_EQ(Contents(folder_.Path("read-only.csv")), "kept");
-  EXPECT_EQ(folder_.FileCount(), 2);
-}
-
-TEST_F(SavedFileTest, RefusedSurveyLeavesTheOldFile) {
-  std::string path = folder_.Path("lot.csv");
-  Put(path, "old text");
-  Survey gpsWithoutLink = Triangle();
-  gpsWithoutLink.Points[2].PtFlags = kPtGps;
-  Survey twoPoints = Triangle();
-  twoPoints.Points.pop_back();
-  for (Survey* survey : {&gpsWithoutLink, &twoPoints}) {
-    ScriptedDialogs dialogs;
-    EXPECT_FALSE(WriteDataFile(*survey, path, dialogs));
-    ExpectWriteAbort(dialogs, survey == &twoPoints
-                                  ? "Unidentified processing error"
-                                  : "GPS values present without a GPS linked point.");
-    EXPECT_EQ(Contents(path), "old text");
-    EXPECT_EQ(folder_.FileCount(), 1);
-  }
-}
-
-// The disk fills up half-way through: the write fails, and the old file must survive
-// whole with no temporary file left beside it.
-TEST_F(SavedFileTest, FailingWriteLeavesTheOldFileIntact) {
-  std::string path = folder_.Path("lot.csv");
-  const std::string old = "the survey as last saved\n";
-  Put(path, old);
-  Survey survey = Triangle();
-  for (int i = 4; i < 2000; ++i) {
-    survey.Points.push_back(ProcessedPoint(i, kPtXY, "12.5", "7.25", 12.5f, 7.25f, 45, 10));
-  }
-  ScriptedDialogs dialogs;
-  struct rlimit saved;
-  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &saved), 0);
-  auto previousHandler = ::signal(SIGXFSZ, SIG_IGN);
-  struct rlimit small = saved;
-  small.rlim_cur = 4096;
-  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-  bool written = WriteDataFile(survey, path, dialogs);
-  ::setrlimit(RLIMIT_FSIZE, &saved);
-  ::signal(SIGXFSZ, previousHandler);
-  EXPECT_FALSE(written);
-  ExpectWriteAbort(dialogs, "Cannot open file - check is not being used by another program.",
-                   path + ": File too large");
-  EXPECT_EQ(Contents(path), old);
-  EXPECT_EQ(folder_.FileCount(), 1);
-  EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
+  EXPECT_EQ(TestFolder::Contents(path), Written(good));
+  EXPECT_EQ(folder.FileCount(), 1);
 }
 
 }  // namespace

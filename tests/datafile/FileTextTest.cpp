@@ -1,88 +1,71 @@
+// The text helpers of the data file, and reading an input whole, once, within a size limit.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <optional>
+#include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "datafile/FileText.h"
+#include "datafile/InputText.h"
+#include "support/Latin1.h"
+#include "support/TestFolder.h"
 
 namespace plotmeter {
 namespace {
 
-std::vector<std::string> Lines(std::string_view text) {
-  std::vector<std::string> lines;
-  LineCursor cursor(text);
-  std::string_view line;
-  while (cursor.Next(line)) lines.emplace_back(line);
-  return lines;
-}
-
-using LinesList = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 TEST(FileTextTest, LinesEndAtLfCrLfOrLoneCr) {
-  EXPECT_EQ(Lines("a\nb\n"), (LinesList{"a", "b"}));
-  EXPECT_EQ(Lines("a\r\nb\r\n"), (LinesList{"a", "b"}));
-  EXPECT_EQ(Lines("a\rb\r"), (LinesList{"a", "b"}));
-  EXPECT_EQ(Lines("a\r\n\r\nb"), (LinesList{"a", "", "b"}));
-  EXPECT_EQ(Lines("a\n\nb"), (LinesList{"a", "", "b"}));
-  EXPECT_EQ(Lines("last without break"), (LinesList{"last without break"}));
-  EXPECT_EQ(Lines(""), LinesList{});
-  EXPECT_EQ(Lines("\n"), LinesList{""});
-  // Lone CRs before and after an LF, and a CR just before the CR LF.
-  EXPECT_EQ(Lines("a\rb\rc\nd\re\n"), (LinesList{"a", "b", "c", "d", "e"}));
-  EXPECT_EQ(Lines("c\r\r\nd"), (LinesList{"c", "", "d"}));
-  EXPECT_EQ(Lines("\r\r\r"), (LinesList{"", "", ""}));
+  const std::pair<const char*, Lines> rows[] = {
+      {"a\r\n\r\nb\n\nc\n", {"a", "", "b", "", "c"}},
+      // Lone CRs before and after an LF, and a CR just before the CR LF.
+      {"a\rb\rc\nd\re\n", {"a", "b", "c", "d", "e"}},
+      {"c\r\r\nd", {"c", "", "d"}},
+      {"\r\r\r", {"", "", ""}},
+      {"\n", {""}},
+      {"", {}}};
+  for (const auto& [text, expected] : rows) {
+    Lines lines;
+    LineCursor cursor(text);
+    for (std::string_view line; cursor.Next(line);) lines.emplace_back(line);
+    EXPECT_EQ(lines, expected) << ::testing::PrintToString(text);
+  }
 }
 
-TEST(FileTextTest, TrimsBlanksAndTabsOnly) {
+// Fields and free text are the reader's (tags with the separator inside are the round
+// trip's, a spreadsheet's padding its forgiving forms).
+TEST(FileTextTest, BlanksRowsAndComments) {
   EXPECT_EQ(TrimBlanks(" \t x y \t "), "x y");
   EXPECT_EQ(TrimBlanks("\rx\r"), "\rx\r");
-  EXPECT_EQ(TrimBlanks("   "), "");
-  EXPECT_EQ(TrimTrailingBlanks("  x  "), "  x");
-}
-
-struct WholeNumberRow {
-  const char* text;
-  std::optional<int> expected;
-};
-
-TEST(FileTextTest, WholeNumbers) {
-  const WholeNumberRow rows[] = {{"0", 0},
-                                 {"44", 44},
-                                 {"+7", 7},
-                                 {"-3", -3},
-                                 {"007", 7},
-                                 {"", std::nullopt},
-                                 {"+", std::nullopt},
-                                 {"+-3", std::nullopt},
-                                 {"1.0", std::nullopt},
-                                 {"12a", std::nullopt},
-                                 {" 1", std::nullopt},
-                                 {"2147483647", 2147483647},
-                                 {"2147483648", std::nullopt},
-                                 {"99999999999", std::nullopt}};
-  for (const WholeNumberRow& row : rows) {
-    EXPECT_EQ(ParseWholeNumber(row.text), row.expected) << row.text;
+  EXPECT_TRUE(IsEmptyRow(" ,, ,\t", ','));
+  EXPECT_FALSE(IsEmptyRow(",,x", ','));
+  for (const char* line : {"  /End data", ", / Column Headings (for data lines):", "\t/End data"}) {
+    EXPECT_TRUE(IsCommentLine(line, line[0] == '\t' ? '\t' : ',')) << line;
+  }
+  for (const char* line : {"1,X,,,0,0", ",X,/", "", ",,,"}) {
+    EXPECT_FALSE(IsCommentLine(line, ',')) << line;
   }
 }
 
-struct DecimalRow {
-  const char* text;
-  std::optional<float> expected;
-};
-
-TEST(FileTextTest, Decimals) {
-  const DecimalRow rows[] = {{"12", 12.0f},          {"-3.25", -3.25f},     {"+.5", 0.5f},
-                             {"1e-3", 0.001f},       {"", std::nullopt},    {"east", std::nullopt},
-                             {"1.5x", std::nullopt}, {"inf", std::nullopt}, {"nan", std::nullopt},
-                             {"1e99", std::nullopt}, {"+-1", std::nullopt}};
-  for (const DecimalRow& row : rows) {
-    EXPECT_EQ(ParseDecimal(row.text), row.expected) << row.text;
-  }
-}
-
-TEST(FileTextTest, DecimalTextReadsBackExactly) {
-  for (float value : {0.0f, -0.0f, 12.5f, -3.25f, 0.1f, 11.111111f, 1e-6f, 359.99997f}) {
+TEST(FileTextTest, WholeAndDecimalNumbers) {
+  // clang-format off
+  const std::pair<const char*, std::optional<int>> wholes[] = {
+      {"+7", 7}, {"-3", -3}, {"2147483647", 2147483647}, {"+-3", std::nullopt},
+      {"1.0", std::nullopt}, {" 1", std::nullopt}, {"2147483648", std::nullopt}};
+  // clang-format on
+  for (const auto& [text, expected] : wholes) EXPECT_EQ(ParseWholeNumber(text), expected) << text;
+  // clang-format off
+  const std::pair<const char*, std::optional<float>> decimals[] = {
+      {"+.5", 0.5f}, {"1e-3", 0.001f}, {"", std::nullopt}, {"+-1", std::nullopt},
+      {"1.5x", std::nullopt}, {"inf", std::nullopt}, {"1e99", std::nullopt}};
+  // clang-format on
+  for (const auto& [text, expected] : decimals) EXPECT_EQ(ParseDecimal(text), expected) << text;
+  for (float value : {-0.0f, -3.25f, 0.1f, 11.111111f, 1e-6f, 359.99997f}) {
     std::string text = DecimalText(value);
     EXPECT_EQ(ParseDecimal(text), value == 0 ? 0.0f : value) << text;
   }
@@ -90,75 +73,81 @@ TEST(FileTextTest, DecimalTextReadsBackExactly) {
   EXPECT_EQ(DecimalText(12.5f), "12.5");
 }
 
-TEST(FileTextTest, SplitsIntoAtMostNFields) {
-  std::array<std::string_view, 3> fields;
-  EXPECT_EQ(SplitFields("a,b", ',', fields), 2u);
-  EXPECT_EQ(fields[0], "a");
-  EXPECT_EQ(fields[1], "b");
-  EXPECT_EQ(fields[2], "");
-  EXPECT_EQ(SplitFields("a,,c,d,e", ',', fields), 3u);
-  EXPECT_EQ(fields[1], "");
-  EXPECT_EQ(fields[2], "c");
-}
-
-TEST(FileTextTest, TextAfterFieldsKeepsSeparatorsInsideButNotPadding) {
-  EXPECT_EQ(TextAfterFields("H,M,North, east", ',', 2), "North, east");
-  EXPECT_EQ(TextAfterFields("H,M, Front field ,,,,", ',', 2), "Front field");
-  EXPECT_EQ(TextAfterFields("H,M", ',', 2), "");
-  EXPECT_EQ(TextAfterFields("H,M,", ',', 2), "");
-}
-
-TEST(FileTextTest, CommentLines) {
-  EXPECT_TRUE(IsCommentLine("/ Main Dataset Header", ','));
-  EXPECT_TRUE(IsCommentLine("  /End data", ','));
-  EXPECT_TRUE(IsCommentLine(",/End data", ','));
-  EXPECT_TRUE(IsCommentLine(", / Column Headings (for data lines):", ','));
-  EXPECT_TRUE(IsCommentLine("\t/End data", '\t'));
-  EXPECT_FALSE(IsCommentLine("1,X,,,0,0", ','));
-  EXPECT_FALSE(IsCommentLine(",X,/", ','));
-  EXPECT_FALSE(IsCommentLine("", ','));
-  EXPECT_FALSE(IsCommentLine(",,,", ','));
-}
-
-TEST(FileTextTest, EmptyRows) {
-  EXPECT_TRUE(IsEmptyRow("", ','));
-  EXPECT_TRUE(IsEmptyRow(" ,, ,\t", ','));
-  EXPECT_FALSE(IsEmptyRow(",,x", ','));
-}
-
-struct Utf8Row {
-  const char* name;
-  std::string text;
-  std::string expected;
-};
-
+// Only text that is all valid UTF-8 of code points below 256 is converted.
 TEST(FileTextTest, EditorUtf8BecomesSingleBytes) {
-  const Utf8Row rows[] = {
-      {"degree sign",
-       "14\xC2\xB0"
-       "30'",
-       "14\xB0"
-       "30'"},
-      {"letters of Latin-1", "Caf\xC3\xA9 \xC3\xBF", "Caf\xE9 \xFF"},
-      {"byte-order mark", "\xEF\xBB\xBF// a\n", "// a\n"},
-      {"mark and degree",
-       "\xEF\xBB\xBF"
-       "1\xC2\xB0",
-       "1\xB0"},
-      {"already single bytes",
-       "14\xB0"
-       "30'",
-       "14\xB0"
-       "30'"},
-      {"a code point above 255", "\xE2\x80\x99 and \xC2\xB0", "\xE2\x80\x99 and \xC2\xB0"},
-      {"cut short at the end", "ok \xC2", "ok \xC2"},
-      {"plain ASCII", "44,#0092", "44,#0092"},
-  };
-  for (const Utf8Row& row : rows) {
-    std::string text = row.text;
+  // clang-format off
+  const std::pair<std::string, std::string> rows[] = {
+      {"14°30' Café ÿ", testing::Latin1("14°30' Café ÿ")},
+      {"\xEF\xBB\xBF// a\n", "// a\n"},
+      {"\xEF\xBB\xBF" "1°", "1\xB0"},
+      {"14\xB0" "30'", "14\xB0" "30'"},
+      {"\xE2\x80\x99 and °", "\xE2\x80\x99 and °"},
+      {"ok \xC2", "ok \xC2"}};
+  // clang-format on
+  for (const auto& [given, expected] : rows) {
+    std::string text = given;
     ConvertEditorUtf8(text);
-    EXPECT_EQ(text, row.expected) << row.name;
+    EXPECT_EQ(text, expected) << ::testing::PrintToString(given);
   }
+}
+
+constexpr std::size_t kLimit = 3 << 20;
+
+std::string Pattern(std::size_t size) {
+  std::string text(size, ' ');
+  for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char>('a' + i % 23);
+  return text;
+}
+
+// A file open for writing only cannot be read at all: its size alone must refuse it. A
+// stream that tells its size is refused by it, unread.
+TEST(InputTextTest, AnInputLargerThanTheLimitIsRefusedBeforeItIsRead) {
+  testing::TestFolder folder;
+  const std::string path = folder.Write("large.csv", Pattern(kLimit + 1));
+  const int writeOnly = ::open(path.c_str(), O_WRONLY);
+  std::string text;
+  EXPECT_EQ(ReadAllInput(writeOnly, text, kLimit), EFBIG);
+  ::close(writeOnly);
+  const int readable = ::open(folder.Write("fits.csv", Pattern(kLimit)).c_str(), O_RDONLY);
+  EXPECT_EQ(ReadAllInput(readable, text, kLimit), 0);
+  ::close(readable);
+  EXPECT_EQ(text, Pattern(kLimit));
+
+  std::istringstream large(Pattern(kLimit + 1));
+  EXPECT_EQ(ReadAllInput(large, text, kLimit), EFBIG);
+  EXPECT_EQ(large.tellg(), 0);
+  std::istringstream fits(Pattern(kLimit));
+  EXPECT_EQ(ReadAllInput(fits, text, kLimit), 0);
+  EXPECT_EQ(text, Pattern(kLimit));
+}
+
+TEST(InputTextTest, AStreamWithoutEndIsReadOnlyUpToTheLimit) {
+  const int zero = ::open("/dev/zero", O_RDONLY);
+  ASSERT_GE(zero, 0);
+  std::string text = "left over";
+  EXPECT_EQ(ReadAllInput(zero, text, kLimit), EFBIG);
+  ::close(zero);
+  EXPECT_EQ(text, "");
+}
+
+// A pipe arrives in pieces of its own size and is held in blocks: all of it, in order.
+TEST(InputTextTest, APipeIsReadWholeAcrossItsBlocks) {
+  const std::string sent = Pattern(kLimit - 12345);
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  std::thread writer([&] {
+    for (std::size_t done = 0; done < sent.size();) {
+      const ssize_t written = ::write(ends[1], sent.data() + done, sent.size() - done);
+      if (written <= 0) break;
+      done += static_cast<std::size_t>(written);
+    }
+    ::close(ends[1]);
+  });
+  std::string text;
+  EXPECT_EQ(ReadAllInput(ends[0], text, kLimit), 0);
+  writer.join();
+  ::close(ends[0]);
+  EXPECT_EQ(text, sent);
 }
 
 }  // namespace

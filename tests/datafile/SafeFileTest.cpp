@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <sys/wait.h>
@@ -45,34 +46,33 @@ class SafeFileTest : public ::testing::Test {
   TestFolder folder_;
 };
 
-TEST_F(SafeFileTest, OnlyARegularFileOrANewNameIsWritten) {
-  const std::string fifo = folder_.Path("fifo.csv");
+// Anything but a regular file or a new name, and a file no one may write, stays as it was.
+TEST_F(SafeFileTest, RefusedTargetsAreLeftAsTheyWere) {
+  const std::string fifo = folder_.Path("fifo.csv"), folder = folder_.Path("folder.csv");
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0644), 0);
-  fs::create_directory(folder_.Path("folder.csv"));
-  struct Row {
-    std::string path;
-    std::string reason;
-    bool (*stillIs)(const fs::path&);
-  };
-  std::vector<Row> rows = {
-      {fifo, "Not a regular file", [](const fs::path& p) { return fs::is_fifo(p); }},
-      {folder_.Path("folder.csv"), "Is a directory",
-       [](const fs::path& p) { return fs::is_directory(p); }},
-      {folder_.Path("folder.csv") + "/", "Is a directory",
-       [](const fs::path& p) { return fs::is_directory(p); }}};
+  fs::create_directory(folder);
+  const std::string readOnly = Put("read-only.csv", "old\n");
+  ASSERT_EQ(::chmod(readOnly.c_str(), 0444), 0);
+  std::vector<std::pair<std::string, std::string>> rows = {{fifo, "Not a regular file"},
+                                                           {folder, "Is a directory"},
+                                                           {folder + "/", "Is a directory"},
+                                                           {readOnly, "Permission denied"}};
   // A device can be made only by root: a second name for the null device.
   const std::string device = folder_.Path("null.csv");
   if (::mknod(device.c_str(), S_IFCHR | 0666, makedev(1, 3)) == 0) {
-    rows.push_back(
-        {device, "Not a regular file", [](const fs::path& p) { return fs::is_character_file(p); }});
+    rows.emplace_back(device, "Not a regular file");
   }
-  for (const Row& row : rows) {
-    const SaveResult result = ReplaceFileSafely(row.path, "new text\n");
-    EXPECT_FALSE(result.saved) << row.path;
-    EXPECT_EQ(result.reason, row.reason) << row.path;
-    EXPECT_TRUE(row.stillIs(row.path)) << row.path;
+  for (const auto& [path, reason] : rows) {
+    const SaveResult result = ReplaceFileSafely(path, "new text\n");
+    EXPECT_FALSE(result.saved) << path;
+    EXPECT_EQ(result.reason, reason) << path;
   }
-  EXPECT_EQ(folder_.FileCount(), fs::exists(device) ? 3 : 2);
+  EXPECT_TRUE(fs::is_fifo(fifo));
+  EXPECT_TRUE(fs::is_empty(folder));
+  EXPECT_EQ(Contents(readOnly), "old\n");
+  EXPECT_EQ(Info(readOnly).st_mode & 07777, 0444u);
+  EXPECT_TRUE(!fs::exists(device) || fs::is_character_file(device));
+  EXPECT_EQ(folder_.FileCount(), fs::exists(device) ? 4 : 3);
 }
 
 TEST_F(SafeFileTest, SymbolicLinksAreFollowedToTheFileTheyName) {
@@ -110,30 +110,26 @@ TEST_F(SafeFileTest, EveryNameOfAHardLinkedFileSeesTheNewText) {
   EXPECT_EQ(folder_.FileCount(), 2);
 }
 
-TEST_F(SafeFileTest, ModeOwnerAndGroupOfTheReplacedFileAreKept) {
+// A replaced file keeps its mode, owner and group; a new file gets what the umask allows.
+TEST_F(SafeFileTest, PermissionsOfTheReplacedFileOrOfTheUmask) {
   const std::string path = Put("lot.csv", "old\n");
-  ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+  ASSERT_EQ(::chmod(path.c_str(), 0604), 0);
   // Only root may give a file away; for anyone else the owner stays the user's.
   const bool root = ::geteuid() == 0;
   const uid_t owner = root ? 65534 : ::geteuid();
   const gid_t group = root ? 65534 : ::getegid();
   ASSERT_EQ(::chown(path.c_str(), owner, group), 0);
-  ASSERT_TRUE(ReplaceFileSafely(path, "new\n").saved);
+  const mode_t previous = ::umask(027);
+  const bool replaced = ReplaceFileSafely(path, "new\n").saved;
+  const bool made = ReplaceFileSafely(folder_.Path("new.csv"), "new\n").saved;
+  ::umask(previous);
+  ASSERT_TRUE(replaced && made);
   const struct stat info = Info(path);
-  EXPECT_EQ(info.st_mode & 07777, 0640u);
+  EXPECT_EQ(info.st_mode & 07777, 0604u);
   EXPECT_EQ(info.st_uid, owner);
   EXPECT_EQ(info.st_gid, group);
   EXPECT_EQ(Contents(path), "new\n");
-}
-
-TEST_F(SafeFileTest, AFileNoOneMayWriteIsLeftAlone) {
-  const std::string path = Put("lot.csv", "old\n");
-  ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
-  const SaveResult result = ReplaceFileSafely(path, "new\n");
-  EXPECT_FALSE(result.saved);
-  EXPECT_EQ(result.reason, "Permission denied");
-  EXPECT_EQ(Contents(path), "old\n");
-  EXPECT_EQ(Info(path).st_mode & 07777, 0444u);
+  EXPECT_EQ(Info(folder_.Path("new.csv")).st_mode & 07777, 0640u);
 }
 
 TEST_F(SafeFileTest, ANameAsLongAsTheSystemAllowsIsSaved) {
@@ -147,12 +143,28 @@ TEST_F(SafeFileTest, ANameAsLongAsTheSystemAllowsIsSaved) {
   }
 }
 
-TEST_F(SafeFileTest, ANewFileGetsWhatTheUmaskAllows) {
-  const mode_t previous = ::umask(027);
-  const bool saved = ReplaceFileSafely(folder_.Path("new.csv"), "new\n").saved;
-  ::umask(previous);
-  ASSERT_TRUE(saved);
-  EXPECT_EQ(Info(folder_.Path("new.csv")).st_mode & 07777, 0640u);
+// The disk fills up half-way through: the save fails, and the old file survives whole with
+// no temporary file left beside it.
+TEST_F(SafeFileTest, AFailingWriteLeavesTheOldFileAndNothingElse) {
+  const std::string path = Put("lot.csv", "the survey as last saved\n");
+  struct rlimit saved;
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &saved), 0);
+  auto previousHandler = ::signal(SIGXFSZ, SIG_IGN);
+  struct rlimit small = saved;
+  small.rlim_cur = 4096;
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+  std::vector<SaveResult> results;
+  for (TemporaryFile kind : {TemporaryFile::kUnnamedWherePossible, TemporaryFile::kNamed}) {
+    results.push_back(ReplaceFileSafely(path, std::string(20000, 'x'), kind));
+  }
+  ::setrlimit(RLIMIT_FSIZE, &saved);
+  ::signal(SIGXFSZ, previousHandler);
+  for (const SaveResult& result : results) {
+    EXPECT_FALSE(result.saved);
+    EXPECT_EQ(result.reason, "File too large");
+  }
+  EXPECT_EQ(Contents(path), "the survey as last saved\n");
+  EXPECT_EQ(folder_.FileCount(), 1);
 }
 
 // A temporary file whose save was killed goes with the next save in its folder; one that a
@@ -160,16 +172,14 @@ TEST_F(SafeFileTest, ANewFileGetsWhatTheUmaskAllows) {
 TEST_F(SafeFileTest, TemporaryFilesOfKilledSavesGoWithTheNextSave) {
   const std::string abandoned = Put(".plotmeter-abc123", "half a survey");
   const std::string inUse = Put(".plotmeter-def456", "a save under way");
-  const std::string kept = Put(".plotmeter-ghi789-kept", "kept on purpose");
-  const std::string other = Put(".plotmeter-notes", "the user's own");
+  Put(".plotmeter-ghi789-kept", "kept on purpose");
+  Put(".plotmeter-notes", "the user's own");
   const int held = ::open(inUse.c_str(), O_RDONLY);
   ASSERT_EQ(::flock(held, LOCK_EX), 0);
   ASSERT_TRUE(ReplaceFileSafely(folder_.Path("lot.csv"), "new\n").saved);
   ::close(held);
   EXPECT_FALSE(fs::exists(abandoned));
-  EXPECT_TRUE(fs::exists(inUse));
-  EXPECT_TRUE(fs::exists(kept));
-  EXPECT_TRUE(fs::exists(other));
+  EXPECT_EQ(folder_.FileCount(), 4);  // lot.csv, the one in use, the kept file and the notes
 }
 
 int KillTries() {

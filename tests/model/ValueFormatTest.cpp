@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 #include <string>
 
 #include "model/GpsText.h"
+#include "model/NumberFormat.h"
 #include "model/ValueFormat.h"
 #include "model/ValueText.h"
 #include "support/Latin1.h"
@@ -14,229 +16,196 @@ namespace {
 
 using testing::Latin1;
 
+TEST(NumberFormatTest, DoublesAsThePatternAsks) {
+  // clang-format off
+  const struct {
+    double value;
+    const char* pattern;
+    const char* expected;
+  } rows[] = {
+      // The least and the most decimals; "#"s before the point add nothing.
+      {12.5, "#0.0#####", "12.5"}, {12, "#0.0#####", "12.0"}, {0.1234567, "#0.0#####", "0.123457"},
+      {-0.12345678, "0.0######", "-0.1234568"}, {2.0004, "#0.###", "2"}, {0.04, "#0.###", "0.04"},
+      {1234567, "#####0", "1234567"}, {0.0, "#0.0", "0.0"}, {1e21, "#0", "1000000000000000000000"},
+      // Half away from zero on the decimal value, not on the binary one; carries through
+      // every digit.
+      {2.675, "#0.0#", "2.68"}, {-1.25, "#0.0", "-1.3"}, {0.5, "#0", "1"},
+      {99.999, "##0.0#", "100.0"},
+      // No "-0".
+      {-0.0, "#0", "0"}, {-0.4, "#0", "0"}, {-0.00001, "#0.0###", "0.0"},
+      // Grouping, counted from the right.
+      {1234567.8, "#,##0", "1,234,568"}, {123, "#,##0", "123"}, {-1234, "#,##0", "-1,234"}};
+  // clang-format on
+  for (const auto& row : rows) {
+    EXPECT_EQ(FormatNumber(row.value, row.pattern), row.expected)
+        << row.value << " " << row.pattern;
+  }
+}
+
+TEST(NumberFormatTest, FloatsIntegersAndNonFiniteValues) {
+  EXPECT_EQ(FormatNumber(0.1f, "#0.0#####"), "0.1");
+  EXPECT_EQ(FormatNumber(5.7f, "#0"), "6");
+  // As a double the same float is 0.100000001490116..., which keeps its tail.
+  EXPECT_EQ(FormatNumber(static_cast<double>(0.1f), "#0.0#########"), "0.1000000015");
+  EXPECT_EQ(FormatNumber(-0.25f, "#0"), "0");
+  EXPECT_EQ(FormatNumber(42, "#0.0##"), "42.0");
+  EXPECT_EQ(FormatNumber(std::numeric_limits<int>::min(), "#,##0"), "-2,147,483,648");
+  EXPECT_EQ(FormatNumber(std::numeric_limits<double>::infinity(), "#0"), "Infinity");
+  EXPECT_EQ(FormatNumber(-std::numeric_limits<float>::infinity(), "#0"), "-Infinity");
+  EXPECT_EQ(FormatNumber(std::nan(""), "#0.0"), "NaN");
+}
+
+TEST(NumberFormatTest, TextIsRightAligned) {
+  EXPECT_EQ(FormatText("7", "@@@"), "  7");
+  EXPECT_EQ(FormatText("12345", "@@@"), "12345");
+  EXPECT_EQ(FormatText("", "@@@"), "   ");
+}
+
 constexpr std::uint8_t kScreen = kWriterOptionsDefault;  // bit 1 clear: not writing
 constexpr std::uint8_t kFileMinutes = kWriteInProgress | kWriterOptionsDefault;
 constexpr std::uint8_t kFileSeconds = kWriteInProgress;
 constexpr std::uint8_t kFileDecimal = kWriteInProgress | kWriteBearingDecimal | kWriteGpsDecimal;
+constexpr std::uint8_t kTight = kBearingJoinTight, kLat = kGpsLatitude, kGpsTight = kGpsJoinTight;
 
-ValueSettings WithOptions(std::uint8_t options) { return {.writerOptions = options}; }
-
-std::string Bearing(std::uint8_t options, float bearing, std::uint8_t style = 0) {
-  return FormatBearing(WithOptions(options), style, bearing);
+ValueSettings Settings(std::uint8_t options, int unit = kUnitNotSpecified, char mark = '\xB0',
+                       char separator = '\\') {
+  return {
+      .writerOptions = options, .unit = unit, .degreeMark = mark, .subValueSeparator = separator};
 }
 
-// ---- Bearings ----
-
-struct BearingCase {
-  std::uint8_t options;
-  std::uint8_t style;
-  float bearing;
-  const char* expected;  // UTF-8: "°" stands for code 176
-};
-
-class FormatBearingTest : public ::testing::TestWithParam<BearingCase> {};
-
-TEST_P(FormatBearingTest, GivesText) {
-  const BearingCase& c = GetParam();
-  EXPECT_EQ(Bearing(c.options, c.bearing, c.style), Latin1(c.expected)) << c.bearing;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    ValueFormatTest, FormatBearingTest,
-    ::testing::Values(BearingCase{kScreen, 0, 27.5f, "27.5"}, BearingCase{kScreen, 0, 0.1f, "0.1"},
-                      BearingCase{kFileDecimal, 0, 27.5f, "27.5"},
-                      // Decimal minutes.
-                      BearingCase{kFileMinutes, 0, 30.5f, "30° 30.0'"},
-                      BearingCase{kFileMinutes, kBearingJoinTight, 30.5f, "30°30.0'"},
-                      BearingCase{kFileMinutes, 0, 30, "30°"},
-                      BearingCase{kFileMinutes, 0, 10.1f, "10° 6.0'"},
-                      // Minutes that would show as 60.0 carry into the degrees.
-                      BearingCase{kFileMinutes, 0, 0.99999994f, "1°"},
-                      // Seconds.
-                      BearingCase{kFileSeconds, kBearingJoinTight, 27.75f, "27°45'"},
-                      BearingCase{kFileSeconds, 0, 45, "45°"},
-                      // 1/64 degree is exact in a float: 56.25 seconds.
-                      BearingCase{kFileSeconds, 0, 10.015625f, "10° 0' 56.25\""},
-                      // The float nearest 27°42'50" lies 0.004" beyond it.
-                      BearingCase{kFileSeconds, 0, 27 + 42 / 60.f + 50 / 3600.f,
-                                  "27° 42' 50.004\""},
-                      BearingCase{kFileSeconds, kBearingJoinTight, 10.99999f, "10°59'59.966\""},
-                      // Seconds that round to 60 carry into the minutes and on into the degrees.
-                      BearingCase{kFileSeconds, 0, 0.99999994f, "1°"},
-                      BearingCase{kFileSeconds, 0, 1.0166666f, "1° 1'"}));
-
-TEST(ValueFormatTest, BearingIsNormalisedInPlace) {
-  ValueSettings survey;
-  float bearing = -90;
-  FormatBearing(survey, 0, bearing);
-  EXPECT_EQ(bearing, 270);
-  bearing = 360;
-  FormatBearing(survey, 0, bearing);
-  EXPECT_EQ(bearing, 0);
-  bearing = 1e30f;  // must not loop for ever
-  FormatBearing(survey, 0, bearing);
-  EXPECT_GE(bearing, 0);
-  EXPECT_LT(bearing, 360);
-  bearing = -1e-8f;  // adding 360 rounds to 360 itself
-  FormatBearing(survey, 0, bearing);
-  EXPECT_EQ(bearing, 0);
-}
-
-TEST(ValueFormatTest, BearingUsesTheSurveysDegreeChar) {
-  ValueSettings survey = WithOptions(kFileMinutes);
-  survey.degreeMark = '*';
+TEST(ValueFormatTest, Bearings) {
+  // clang-format off
+  const struct {
+    std::uint8_t options, style;
+    float bearing;
+    const char* expected;  // UTF-8: "°" stands for code 176
+  } rows[] = {
+      {kScreen, 0, 27.5f, "27.5"}, {kScreen, 0, 0.1f, "0.1"}, {kFileDecimal, 0, 27.5f, "27.5"},
+      // Decimal minutes; minutes that would show as 60.0 carry into the degrees.
+      {kFileMinutes, 0, 30.5f, "30° 30.0'"}, {kFileMinutes, kTight, 30.5f, "30°30.0'"},
+      {kFileMinutes, 0, 30, "30°"}, {kFileMinutes, 0, 0.99999994f, "1°"},
+      // Seconds (1/64 degree is exact in a float: 56.25 seconds); seconds that round to 60
+      // carry into the minutes and on into the degrees.
+      {kFileSeconds, kTight, 27.75f, "27°45'"}, {kFileSeconds, 0, 45, "45°"},
+      {kFileSeconds, 0, 10.015625f, "10° 0' 56.25\""}, {kFileSeconds, 0, 0.99999994f, "1°"},
+      {kFileSeconds, 0, 1.0166666f, "1° 1'"}};
+  // clang-format on
+  for (const auto& row : rows) {
+    float bearing = row.bearing;
+    EXPECT_EQ(FormatBearing(Settings(row.options), row.style, bearing), Latin1(row.expected))
+        << row.bearing;
+  }
   float bearing = 12.5f;
-  EXPECT_EQ(FormatBearing(survey, 0, bearing), "12* 30.0'");
+  EXPECT_EQ(FormatBearing(Settings(kFileMinutes, 0, '*'), 0, bearing), "12* 30.0'");
 }
 
-// ---- GPS angles ----
-
-struct GpsCase {
-  std::uint8_t options;
-  std::uint8_t style;
-  double value;
-  const char* expected;
-};
-
-class FormatGpsTest : public ::testing::TestWithParam<GpsCase> {};
-
-TEST_P(FormatGpsTest, GivesText) {
-  const GpsCase& c = GetParam();
-  EXPECT_EQ(FormatGpsAngle(WithOptions(c.options), c.style, c.value), Latin1(c.expected))
-      << c.value;
+// Into [0, 360) in place, without looping on a huge value; a tiny negative that adding 360
+// rounds to 360 itself is 0.
+TEST(ValueFormatTest, BearingIsNormalisedInPlace) {
+  const float rows[][2] = {{-90, 270}, {360, 0}, {-1e-8f, 0}};
+  for (const auto& [given, normalised] : rows) {
+    float bearing = given;
+    FormatBearing(Settings(kScreen), 0, bearing);
+    EXPECT_EQ(bearing, normalised) << given;
+  }
+  float huge = 1e30f;
+  FormatBearing(Settings(kScreen), 0, huge);
+  EXPECT_TRUE(huge >= 0 && huge < 360) << huge;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    ValueFormatTest, FormatGpsTest,
-    ::testing::Values(
-        GpsCase{kScreen, 0, 190, "170.0 W"}, GpsCase{kScreen, kGpsLatitude, -33.5, "33.5 S"},
-        GpsCase{kScreen, 0, 180, "180.0 E"}, GpsCase{kScreen, kGpsJoinTight, 151.2, "151.2E"},
-        GpsCase{kScreen, kGpsLatitude | kGpsJoinTight, -0.0, "0.0N"},
-        // A longitude outside [0, 360) is brought into it first.
-        GpsCase{kScreen, 0, -10, "10.0 W"}, GpsCase{kScreen, 0, 370, "10.0 E"},
-        GpsCase{kFileDecimal, kGpsLatitude, -33.5, "33.5 S"},
-        GpsCase{kFileMinutes, kGpsLatitude | kGpsJoinTight, -33.5, "33°30.0'S"},
-        GpsCase{kFileMinutes, 0, 151.2, "151° 12.0' E"},
-        GpsCase{kFileSeconds, 0, 151.2, "151° 12' E"},
-        GpsCase{kFileSeconds, kGpsLatitude, -(33 + 30 / 60.0 + 15.5 / 3600), "33° 30' 15.5\" S"},
-        GpsCase{kFileSeconds, kGpsLatitude, 89.99999999999, "90° N"},
-        GpsCase{kFileMinutes, 0, 179.9999999999, "180° E"}));
-
-// ---- Lengths ----
-
-struct LengthCase {
-  std::uint8_t options;
-  int unit;
-  float value;
-  const char* expected;
-};
-
-class FormatLengthTest : public ::testing::TestWithParam<LengthCase> {};
-
-TEST_P(FormatLengthTest, GivesText) {
-  const LengthCase& c = GetParam();
-  ValueSettings survey = WithOptions(c.options);
-  survey.unit = c.unit;
-  EXPECT_EQ(FormatLength(survey, c.value), c.expected) << c.value;
+TEST(ValueFormatTest, GpsAngles) {
+  // clang-format off
+  const struct {
+    std::uint8_t options, style;
+    double value;
+    const char* expected;
+  } rows[] = {
+      {kScreen, 0, 190, "170.0 W"}, {kScreen, kLat, -33.5, "33.5 S"}, {kScreen, 0, 180, "180.0 E"},
+      {kScreen, kGpsTight, 151.2, "151.2E"}, {kScreen, kLat | kGpsTight, -0.0, "0.0N"},
+      // A longitude outside [0, 360) is brought into it first.
+      {kScreen, 0, -10, "10.0 W"}, {kFileDecimal, kLat, -33.5, "33.5 S"},
+      {kFileMinutes, kLat | kGpsTight, -33.5, "33°30.0'S"},
+      {kFileSeconds, 0, 151.2, "151° 12' E"},
+      {kFileSeconds, kLat, -(33 + 30 / 60.0 + 15.5 / 3600), "33° 30' 15.5\" S"},
+      {kFileSeconds, kLat, 89.99999999999, "90° N"}, {kFileMinutes, 0, 179.9999999999, "180° E"}};
+  // clang-format on
+  for (const auto& row : rows) {
+    EXPECT_EQ(FormatGpsAngle(Settings(row.options), row.style, row.value), Latin1(row.expected))
+        << row.value;
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    ValueFormatTest, FormatLengthTest,
-    ::testing::Values(
-        // The deliberate rounding of the whole part.
-        LengthCase{kFileMinutes, kUnitFeet, 5.7f, "6\\8.4"},
-        LengthCase{kFileMinutes, kUnitFeet, 5, "5"},
-        LengthCase{kFileMinutes, kUnitMiles, 2.5f, "3\\880.0"},
-        LengthCase{kFileMinutes, kUnitFeet, 0.25f, "0\\3.0"},
-        // The sign is kept where the whole part rounds to 0.
-        LengthCase{kFileMinutes, kUnitFeet, -0.25f, "-0\\3.0"},
-        // Meters are never split; nor is anything off a write or with plain lengths.
-        LengthCase{kFileMinutes, kUnitMeters, 5.7f, "5.7"},
-        LengthCase{kScreen, kUnitFeet, 5.7f, "5.7"},
-        LengthCase{kFileMinutes | kWritePlainLengths, kUnitFeet, 5.7f, "5.7"},
-        LengthCase{kScreen, kUnitMeters, 12, "12.0"},
-        LengthCase{kScreen, kUnitMeters, 0.123456f, "0.12346"},
-        LengthCase{kScreen, kUnitMeters, -0.1234567f, "-0.1234567"}));
-
-TEST(ValueFormatTest, LengthUsesTheSurveysSeparator) {
-  ValueSettings survey = WithOptions(kFileMinutes);
-  survey.unit = kUnitFeet;
-  survey.subValueSeparator = ':';
-  EXPECT_EQ(FormatLength(survey, 5.5f), "6:6.0");
+TEST(ValueFormatTest, Lengths) {
+  // clang-format off
+  const struct {
+    std::uint8_t options;
+    int unit;
+    float value;
+    const char* expected;
+  } rows[] = {
+      // The deliberate rounding of the whole part; the sign kept where it rounds to 0.
+      {kFileMinutes, kUnitFeet, 5.7f, "6\\8.4"}, {kFileMinutes, kUnitFeet, 5, "5"},
+      {kFileMinutes, kUnitMiles, 2.5f, "3\\880.0"}, {kFileMinutes, kUnitFeet, -0.25f, "-0\\3.0"},
+      // Meters are never split; nor is anything off a write or with plain lengths. A
+      // negative value keeps two more decimals.
+      {kFileMinutes, kUnitMeters, 5.7f, "5.7"}, {kScreen, kUnitFeet, 5.7f, "5.7"},
+      {kFileMinutes | kWritePlainLengths, kUnitFeet, 5.7f, "5.7"},
+      {kScreen, kUnitMeters, 0.123456f, "0.12346"},
+      {kScreen, kUnitMeters, -0.1234567f, "-0.1234567"}};
+  // clang-format on
+  for (const auto& row : rows) {
+    EXPECT_EQ(FormatLength(Settings(row.options, row.unit), row.value), row.expected) << row.value;
+  }
+  EXPECT_EQ(FormatLength(Settings(kFileMinutes, kUnitFeet, '\xB0', ':'), 5.5f), "6:6.0");
 }
 
 // ---- Round trips: what is written reads back within the printed precision ----
 
 constexpr int kRoundTrips = 2000;
 
-double AngleDifference(double a, double b) {
-  double d = std::fabs(a - b);
-  return std::min(d, 360 - d);
-}
-
-struct BearingMode {
+// Each form of angle, with half its last printed digit (in degrees) and a little more.
+struct Mode {
   std::uint8_t options;
-  double tolerance;  // degrees: half the last printed digit, and a little for the float
+  double tolerance;
 };
+constexpr Mode kAngleModes[] = {{kScreen, 0.5e-6 + 1e-10},
+                                {kFileDecimal, 0.5e-6 + 1e-10},
+                                {kFileMinutes, 0.5e-4 / 60 + 1e-10},
+                                {kFileSeconds, 0.5e-3 / 3600 + 1e-10}};
 
-TEST(ValueFormatRoundTrip, BearingsReadBack) {
-  const BearingMode modes[] = {{kScreen, 0.5e-6 + 1e-10},
-                               {kFileDecimal, 0.5e-6 + 1e-10},
-                               {kFileMinutes, 0.5e-4 / 60 + 1e-10},
-                               {kFileSeconds, 0.5e-3 / 3600 + 1e-10}};
-  std::mt19937 random(20240917);
-  std::uniform_real_distribution<float> anyBearing(-720, 720);
-  std::vector<float> bearings = {0,      0.5f,   30.5f, 359.99997f, 0.99999994f, 10.99999f,
-                                 89.75f, 180.0f, 1e-7f, 12.345678f, 359.5f,      -0.0001f};
-  for (int i = 0; i < kRoundTrips; ++i) bearings.push_back(anyBearing(random));
-  for (const BearingMode& mode : modes) {
-    for (std::uint8_t style : {std::uint8_t{0}, kBearingJoinTight}) {
-      Survey survey;
-      survey.SubValueSeparator = ' ';
-      ValueSettings values = ValueSettingsOf(survey);
-      values.writerOptions = mode.options;
-      for (float original : bearings) {
-        float bearing = original;
-        std::string text = FormatBearing(values, style, bearing);
+double AngleDifference(double a, double b) { return std::fabs(std::remainder(a - b, 360.0)); }
+
+// A bearing (as the float it is held in), a longitude and a latitude from each angle.
+TEST(ValueFormatRoundTrip, AnglesReadBack) {
+  std::mt19937_64 random(20240917);
+  std::uniform_real_distribution<double> anyAngle(-720, 720);
+  std::vector<double> angles = {0,         30.5,       90,       -90,  180,       180.000001,
+                                359.99997, 0.99999994, 10.99999, 1e-7, -0.000001, 89.99999999999};
+  for (int i = 0; i < kRoundTrips; ++i) angles.push_back(anyAngle(random));
+  Survey survey;
+  survey.SubValueSeparator = ' ';
+  for (const Mode& mode : kAngleModes) {
+    for (bool tight : {false, true}) {
+      const ValueSettings values = Settings(mode.options, 0, '\xB0', ' ');
+      for (double angle : angles) {
+        float bearing = static_cast<float>(angle);
+        std::string text = FormatBearing(values, tight ? kTight : 0, bearing);
         double read = ParseAngleText(survey, text);
         ASSERT_EQ(survey.ValueMarks, 0) << text;
         // The plain forms start from the float's shortest decimal, up to an ulp away.
         double ulp = std::nextafter(bearing, 1e9f) - bearing;
-        EXPECT_LE(AngleDifference(read, bearing), mode.tolerance + ulp)
-            << original << " written " << text << " options " << int{mode.options};
-      }
-    }
-  }
-}
+        EXPECT_LE(AngleDifference(read, bearing), mode.tolerance + ulp) << angle << " " << text;
 
-TEST(ValueFormatRoundTrip, GpsAnglesReadBack) {
-  const BearingMode modes[] = {{kScreen, 0.5e-6 + 1e-12},
-                               {kFileDecimal, 0.5e-6 + 1e-12},
-                               {kFileMinutes, 0.5e-4 / 60 + 1e-12},
-                               {kFileSeconds, 0.5e-3 / 3600 + 1e-12}};
-  std::mt19937_64 random(7);
-  std::uniform_real_distribution<double> anyLatitude(-90, 90);
-  std::uniform_real_distribution<double> anyLongitude(0, 360);
-  std::vector<double> latitudes = {0, 90, -90, -33.5, 89.99999999999, -0.000001, 45.25};
-  std::vector<double> longitudes = {0, 180, 180.000001, 359.9999999, 190, 151.2, 0.5};
-  for (int i = 0; i < kRoundTrips; ++i) {
-    latitudes.push_back(anyLatitude(random));
-    longitudes.push_back(anyLongitude(random));
-  }
-  for (const BearingMode& mode : modes) {
-    for (std::uint8_t join : {std::uint8_t{0}, kGpsJoinTight}) {
-      const Survey survey;
-      for (double latitude : latitudes) {
-        std::string text = FormatGpsAngle(WithOptions(mode.options), kGpsLatitude | join, latitude);
-        std::optional<double> read = ParseGpsLatitude(survey, text);
-        ASSERT_TRUE(read.has_value()) << text;
-        EXPECT_NEAR(*read, latitude, mode.tolerance) << text;
-      }
-      for (double longitude : longitudes) {
-        std::string text = FormatGpsAngle(WithOptions(mode.options), join, longitude);
-        std::optional<double> read = ParseGpsLongitude(survey, text);
-        ASSERT_TRUE(read.has_value()) << text;
-        EXPECT_LE(AngleDifference(*read, longitude), mode.tolerance) << text;
+        const std::uint8_t join = tight ? kGpsTight : 0;
+        text = FormatGpsAngle(values, join, angle);
+        std::optional<double> gps = ParseGpsLongitude(survey, text);
+        ASSERT_TRUE(gps.has_value()) << text;
+        EXPECT_LE(AngleDifference(*gps, angle), mode.tolerance) << angle << " " << text;
+        const double latitude = std::fabs(angle) <= 90 ? angle : std::fmod(angle, 90);
+        text = FormatGpsAngle(values, kLat | join, latitude);
+        gps = ParseGpsLatitude(survey, text);
+        ASSERT_TRUE(gps.has_value()) << text;
+        EXPECT_NEAR(*gps, latitude, mode.tolerance) << text;
       }
     }
   }
@@ -244,11 +213,6 @@ TEST(ValueFormatRoundTrip, GpsAnglesReadBack) {
 
 // Split into sub-units the whole part is rounded, not truncated, so a fraction of a half
 // or more reads back one unit further from zero: that is the written form, pinned here.
-double ExpectedReadBack(float value) {
-  double whole = std::trunc(static_cast<double>(value));
-  return value + (std::round(static_cast<double>(value)) - whole);
-}
-
 TEST(ValueFormatRoundTrip, LengthsReadBack) {
   std::mt19937 random(42);
   std::uniform_real_distribution<float> anyLength(-1e4f, 1e4f);
@@ -258,16 +222,15 @@ TEST(ValueFormatRoundTrip, LengthsReadBack) {
     for (int unit : {kUnitFeet, kUnitMiles, kUnitChains, kUnitMeters}) {
       Survey survey;
       survey.UnitOfMeasure = unit;
-      ValueSettings values = ValueSettingsOf(survey);
-      values.writerOptions = options;
-      bool split = options == kFileMinutes && unit != kUnitMeters;
-      double tolerance = split ? 0.5e-3 / SubUnitsPerUnit(unit) : 0.5e-5;
+      const bool split = options == kFileMinutes && unit != kUnitMeters;
+      const double tolerance = split ? 0.5e-3 / SubUnitsPerUnit(unit) : 0.5e-5;
       for (float value : lengths) {
-        std::string text = FormatLength(values, value);
+        std::string text = FormatLength(Settings(options, unit), value);
         float read = ParseLengthText(survey, text);
         ASSERT_EQ(survey.ValueMarks, 0) << text;
-        double slack = tolerance + std::fabs(value) * 1.2e-7;  // the float result
-        EXPECT_NEAR(read, split ? ExpectedReadBack(value) : value, slack) << text;
+        const double whole = std::trunc(static_cast<double>(value));
+        const double expected = split ? value + (std::round(value) - whole) : value;
+        EXPECT_NEAR(read, expected, tolerance + std::fabs(value) * 1.2e-7) << text;
       }
     }
   }

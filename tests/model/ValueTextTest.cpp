@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <optional>
 #include <string>
 
+#include "model/GpsText.h"
 #include "model/ValueText.h"
 #include "support/Latin1.h"
 
@@ -11,61 +13,43 @@ namespace {
 
 using testing::Latin1;
 
-constexpr double kDegreeTolerance = 1e-9;
-constexpr float kLengthTolerance = 1e-5f;
-
-struct AngleCase {
-  const char* text;  // UTF-8: "°" is read as code 176, "ø" as code 248
-  char separator;
-  double expected;
-  std::uint8_t marks;
-};
-
-class AngleTextTest : public ::testing::TestWithParam<AngleCase> {};
-
-TEST_P(AngleTextTest, ReadsAsListed) {
-  const AngleCase& c = GetParam();
-  Survey survey;
-  survey.SubValueSeparator = c.separator;
-  double angle = ParseAngleText(survey, Latin1(c.text));
-  EXPECT_NEAR(angle, c.expected, kDegreeTolerance) << '"' << c.text << '"';
-  EXPECT_EQ(survey.ValueMarks, c.marks) << '"' << c.text << '"';
-}
-
 constexpr double k274250 = 27 + 42 / 60.0 + 50 / 3600.0;
 constexpr double k270050 = 27 + 50 / 3600.0;
+constexpr std::uint8_t kOver = kValueOver60, kBad = kValueNotNumber;
 
-// The LEGAL list above ParseAngleText: each way of marking or separating the parts once.
-INSTANTIATE_TEST_SUITE_P(
-    Legal, AngleTextTest,
-    ::testing::Values(
-        AngleCase{"27.7138888888889", '\\', k274250, 0}, AngleCase{"27d42m50s", '\\', k274250, 0},
-        AngleCase{"27 degrees 42 minutes 50 seconds", '\\', k274250, 0},
-        AngleCase{"27 DEG 42 MIN 50 SEC", '\\', k274250, 0},
-        AngleCase{"27°42'50\"", '\\', k274250, 0}, AngleCase{"27°42'50", '\\', k274250, 0},
-        AngleCase{"27ø42'50\"", '\\', k274250, 0}, AngleCase{"  27:42:50  ", ':', k274250, 0},
-        AngleCase{"27  42", ' ', 27.7, 0}, AngleCase{"27°42'", '\\', 27.7, 0},
-        AngleCase{"27°42", '\\', 27.7, 0}, AngleCase{"27d50s", '\\', k270050, 0},
-        AngleCase{"27°'50\"", '\\', k270050, 0}, AngleCase{"10d75m", '\\', 11.25, kValueOver60},
-        AngleCase{"10°74'60\"", '\\', 11.25, kValueOver60}, AngleCase{"-30", '\\', 330, 0},
-        AngleCase{"690", '\\', 330, 0}, AngleCase{"-27°30'", '\\', 332.5, 0},
-        AngleCase{"10:", ':', 10, 0}, AngleCase{"10::", ':', 10, 0}, AngleCase{"725", '\\', 5, 0},
-        AngleCase{"360", '\\', 0, 0}, AngleCase{"+45", '\\', 45, 0}));
+struct AngleRow {
+  const char* text;  // UTF-8: "°" is read as code 176, "ø" as code 248
+  double expected;
+  std::uint8_t marks = 0;
+  char separator = '\\';
+};
 
-// The ILLEGAL list above ParseAngleText.
-INSTANTIATE_TEST_SUITE_P(
-    Illegal, AngleTextTest,
-    ::testing::Values(
-        AngleCase{"   ", '\\', 0, kValueNotNumber}, AngleCase{"27x", '\\', 0, kValueNotNumber},
-        AngleCase{"27°42'50\"x", '\\', 0, kValueNotNumber},
-        AngleCase{"°30'", '\\', 0, kValueNotNumber}, AngleCase{"27°-30'", '\\', 0, kValueNotNumber},
-        AngleCase{"27:42:50:10", ':', 0, kValueNotNumber},
-        AngleCase{"27 42", '\\', 0, kValueNotNumber}, AngleCase{"30'", '\\', 0, kValueNotNumber},
-        AngleCase{"inf", '\\', 0, kValueNotNumber}, AngleCase{"1e", '\\', 0, kValueNotNumber},
-        AngleCase{".", '\\', 0, kValueNotNumber}, AngleCase{"1e400", '\\', 0, kValueNotNumber},
-        AngleCase{"0x1A", '\\', 0, kValueNotNumber},
-        // The minutes were read before the seconds failed.
-        AngleCase{"27d75m5x", '\\', 0, kValueOver60 | kValueNotNumber}));
+// The lists above ParseAngleText: each way of marking or separating the parts once, then
+// the texts that are no angle.
+TEST(ValueTextTest, AnglesReadAsListed) {
+  // clang-format off
+  const AngleRow rows[] = {
+      {"27.7138888888889", k274250}, {"27d42m50s", k274250}, {"27°42'50\"", k274250},
+      {"27 degrees 42 minutes 50 seconds", k274250}, {"27 DEG 42 MIN 50 SEC", k274250},
+      {"27°42'50", k274250}, {"27ø42'50\"", k274250}, {"  27:42:50  ", k274250, 0, ':'},
+      {"27  42", 27.7, 0, ' '}, {"27°42'", 27.7}, {"27°42", 27.7},
+      {"27d50s", k270050}, {"27°'50\"", k270050},
+      {"10d75m", 11.25, kOver}, {"10°74'60\"", 11.25, kOver},
+      {"-30", 330}, {"690", 330}, {"-27°30'", 332.5}, {"360", 0}, {"+45", 45},
+      {"10:", 10, 0, ':'}, {"10::", 10, 0, ':'},
+      // Not numbers.
+      {"   ", 0, kBad}, {"30'", 0, kBad}, {"27°42'50\"x", 0, kBad}, {"°30'", 0, kBad},
+      {"27°-30'", 0, kBad}, {"27:42:50:10", 0, kBad, ':'}, {"27 42", 0, kBad}, {"1e400", 0, kBad},
+      // The minutes were read before the seconds failed.
+      {"27d75m5x", 0, kOver | kBad}};
+  // clang-format on
+  for (const AngleRow& row : rows) {
+    Survey survey;
+    survey.SubValueSeparator = row.separator;
+    EXPECT_NEAR(ParseAngleText(survey, Latin1(row.text)), row.expected, 1e-9) << row.text;
+    EXPECT_EQ(survey.ValueMarks, row.marks) << row.text;
+  }
+}
 
 TEST(ValueTextTest, AngleIsBroughtBelow360WithoutLooping) {
   Survey survey;
@@ -78,103 +62,117 @@ TEST(ValueTextTest, AngleIsBroughtBelow360WithoutLooping) {
   EXPECT_EQ(survey.ValueMarks, 0);
 }
 
-TEST(ValueTextTest, OwnDegreeCharIsTriedFirst) {
+// The survey's own degree mark comes before code 176; marks add up until the caller
+// clears them.
+TEST(ValueTextTest, OwnDegreeCharAndMarksThatAddUp) {
   Survey survey;
   survey.DegreeChar = '*';
-  EXPECT_NEAR(ParseAngleText(survey, "27*42'"), 27.7, kDegreeTolerance);
-  EXPECT_NEAR(ParseAngleText(survey, Latin1("27°42'")), 27.7, kDegreeTolerance);
+  EXPECT_NEAR(ParseAngleText(survey, "27*42'"), 27.7, 1e-9);
+  EXPECT_NEAR(ParseAngleText(survey, Latin1("27°42'")), 27.7, 1e-9);
   EXPECT_EQ(survey.ValueMarks, 0);
-}
-
-TEST(ValueTextTest, MarksAccumulateUntilTheCallerClearsThem) {
-  Survey survey;
   ParseAngleText(survey, "10d75m");
   ParseAngleText(survey, "abc");
   EXPECT_EQ(survey.ValueMarks, kValueOver60 | kValueNotNumber);
 }
 
-struct DeclinationCase {
-  std::uint8_t marks;
-  float declination;
-  int pointIndex;
-  double expected;
-};
-
-class DeclinationTest : public ::testing::TestWithParam<DeclinationCase> {};
-
-TEST_P(DeclinationTest, AppliesOnlyToCompassPoints) {
-  const DeclinationCase& c = GetParam();
-  Survey survey;
-  survey.Points.resize(2);
-  survey.Points[1].PtMarks = c.marks;
-  survey.MagneticDeclination = c.declination;
-  EXPECT_NEAR(ParseAngleText(survey, "10", c.pointIndex), c.expected, 1e-6);
+// The declination applies to a compass point only: point 1 is one, point 0 and an index
+// beyond the points are none.
+TEST(ValueTextTest, DeclinationAppliesOnlyToCompassPoints) {
+  const struct {
+    float declination;
+    int pointIndex;
+    double expected;
+  } rows[] = {{2, 1, 8}, {12, 1, 358}, {2, -1, 10}, {0, 1, 10}, {2, 2, 10}, {2, 0, 10}};
+  for (const auto& row : rows) {
+    Survey survey;
+    survey.Points.resize(2);
+    survey.Points[1].PtMarks = kMarkCompass;
+    survey.MagneticDeclination = row.declination;
+    EXPECT_NEAR(ParseAngleText(survey, "10", row.pointIndex), row.expected, 1e-6)
+        << row.declination << " at " << row.pointIndex;
+  }
 }
 
-// Point 0 is no compass point; an index beyond the points is none either.
-INSTANTIATE_TEST_SUITE_P(ValueTextTest, DeclinationTest,
-                         ::testing::Values(DeclinationCase{kMarkCompass, 2, 1, 8},
-                                           DeclinationCase{kMarkCompass, 12, 1, 358},
-                                           DeclinationCase{kMarkCompass, 2, -1, 10},
-                                           DeclinationCase{kMarkCompass, 0, 1, 10},
-                                           DeclinationCase{kMarkCompass, 2, 2, 10},
-                                           DeclinationCase{kMarkCompass, 2, 0, 10}));
-
-struct LengthCase {
-  int unit;
-  const char* text;
-  float expected;
-  bool bad;
-};
-
-class LengthTextTest : public ::testing::TestWithParam<LengthCase> {};
-
-TEST_P(LengthTextTest, ReadsAsListed) {
-  const LengthCase& c = GetParam();
-  Survey survey;
-  survey.UnitOfMeasure = c.unit;
-  float length = ParseLengthText(survey, c.text);
-  EXPECT_NEAR(length, c.expected, kLengthTolerance) << '"' << c.text << '"';
-  EXPECT_EQ(survey.ValueMarks, c.bad ? kValueNotNumber : 0) << '"' << c.text << '"';
+// The lists above ParseLengthText, then the other units.
+TEST(ValueTextTest, LengthsReadAsListed) {
+  // clang-format off
+  const struct {
+    int unit;
+    const char* text;
+    float expected;  // 0, with kValueNotNumber, for the texts that are no length
+  } rows[] = {
+      {kUnitFeet, "5.5", 5.5f}, {kUnitFeet, "5\\6", 5.5f}, {kUnitFeet, "5'6", 5.5f},
+      {kUnitFeet, "5' 6\"", 5.5f}, {kUnitFeet, "5 \\ 6", 5.5f}, {kUnitFeet, "5'", 5},
+      {kUnitFeet, "5\\18", 6.5f}, {kUnitFeet, "-0\\3", -0.25f}, {kUnitMeters, "+12.5", 12.5f},
+      {kUnitMiles, "2\\880", 2.5f}, {kUnitChains, "3\\25", 3.25f}, {kUnitNotSpecified, " 7 ", 7},
+      // Not lengths; the apostrophe ends feet only.
+      {kUnitFeet, "", 0}, {kUnitFeet, "\\6", 0}, {kUnitFeet, "6\"", 0}, {kUnitFeet, "5\\-6", 0},
+      {kUnitFeet, "5\\6\\7", 0}, {kUnitMeters, "5\\6", 0}, {kUnitMeters, "1e39", 0},
+      {kUnitChains, "5'6", 0}};
+  // clang-format on
+  for (const auto& row : rows) {
+    Survey survey;
+    survey.UnitOfMeasure = row.unit;
+    EXPECT_NEAR(ParseLengthText(survey, row.text), row.expected, 1e-5f) << row.text;
+    EXPECT_EQ(survey.ValueMarks, row.expected == 0 ? kValueNotNumber : 0) << row.text;
+  }
 }
-
-// The LEGAL list above ParseLengthText, then the other units.
-INSTANTIATE_TEST_SUITE_P(Legal, LengthTextTest,
-                         ::testing::Values(LengthCase{kUnitFeet, "5.5", 5.5f, false},
-                                           LengthCase{kUnitFeet, "5\\6", 5.5f, false},
-                                           LengthCase{kUnitFeet, "5'6", 5.5f, false},
-                                           LengthCase{kUnitFeet, "5' 6\"", 5.5f, false},
-                                           LengthCase{kUnitFeet, "5 \\ 6", 5.5f, false},
-                                           LengthCase{kUnitFeet, "5'", 5, false},
-                                           LengthCase{kUnitFeet, "5\\18", 6.5f, false},
-                                           LengthCase{kUnitFeet, "-5\\3", -5.25f, false},
-                                           LengthCase{kUnitFeet, "-0\\3", -0.25f, false},
-                                           LengthCase{kUnitMeters, "+12.5", 12.5f, false},
-                                           LengthCase{kUnitMeters, "1.25e1", 12.5f, false},
-                                           LengthCase{kUnitMiles, "2\\880", 2.5f, false},
-                                           LengthCase{kUnitChains, "3\\25", 3.25f, false},
-                                           LengthCase{kUnitNotSpecified, " 7 ", 7, false}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Illegal, LengthTextTest,
-    ::testing::Values(LengthCase{kUnitFeet, "", 0, true}, LengthCase{kUnitFeet, "5x", 0, true},
-                      LengthCase{kUnitFeet, "\\6", 0, true}, LengthCase{kUnitFeet, "6\"", 0, true},
-                      LengthCase{kUnitFeet, "5\\-6", 0, true},
-                      LengthCase{kUnitFeet, "5\\6\\7", 0, true},
-                      LengthCase{kUnitFeet, "1e39", 0, true}, LengthCase{kUnitFeet, "inf", 0, true},
-                      LengthCase{kUnitMeters, "5\\6", 0, true},
-                      LengthCase{kUnitMeters, "1e39", 0, true},
-                      // The apostrophe ends feet only.
-                      LengthCase{kUnitChains, "5'6", 0, true}));
 
 TEST(ValueTextTest, ReadNumberIsStrict) {
   EXPECT_EQ(ReadNumber(" 1.5 "), 1.5);
   EXPECT_EQ(ReadNumber("-2e3"), -2000);
   EXPECT_EQ(ReadNumber("1."), 1);
   EXPECT_EQ(ReadNumber(".5"), 0.5);
-  for (const char* text : {"", "-", "+", "1 2", "1,5", "--1", "infinity", "1e+", "e5", "1.2.3"}) {
+  for (const char* text :
+       {"", "-", "+", "1 2", "1,5", "--1", "inf", "1e", ".", "0x1A", "e5", "1.2.3"}) {
     EXPECT_FALSE(ReadNumber(text).has_value()) << '"' << text << '"';
   }
+}
+
+constexpr double k333015 = 33 + 30 / 60.0 + 15.5 / 3600;
+constexpr std::nullopt_t kNone = std::nullopt;
+
+// The lists in GpsText.h: the letter before or after, either case, with or without a blank;
+// the forms FormatGpsAngle writes are ValueFormatTest's round trips.
+TEST(GpsTextTest, LatitudesAndLongitudesReadAsListed) {
+  // clang-format off
+  const struct {
+    bool latitude;
+    const char* text;  // UTF-8: "°" is read as code 176
+    std::optional<double> expected;
+  } rows[] = {
+      {true, "s 33.5", -33.5}, {true, "33.5S", -33.5}, {true, "-33.5", -33.5},
+      {true, "S33 30", -33.5}, {true, "33d30m15.5s S", -k333015}, {true, "+12.25", 12.25},
+      {true, "  N 12 15  ", 12.25}, {true, "90 S", -90}, {true, "S0", 0},
+      // A final "s" straight after digits is the seconds word when the angle is written
+      // with word markers.
+      {true, "12d15m36s", 12.26},
+      {true, "S", kNone}, {true, "S33.5S", kNone}, {true, "S-33.5", kNone},
+      {true, "E33.5", kNone}, {true, "90.0001", kNone}, {true, "33 60 S", kNone},
+      {true, "33 S 30", kNone}, {true, "33.5x", kNone},
+      {false, "151.2E", 151.2}, {false, "e 151 12", 151.2}, {false, "W 20.5", 339.5},
+      {false, "-170", 190}, {false, "W180", 180}, {false, "W0", 0}, {false, "1.5e2", 150},
+      {false, "E151.2W", kNone}, {false, "W-20", kNone}, {false, "N151", kNone},
+      {false, "190", kNone}, {false, "180.5 W", kNone}, {false, "151 12 30 45 E", kNone}};
+  // clang-format on
+  Survey survey;
+  for (const auto& row : rows) {
+    std::string text = Latin1(row.text);
+    auto read = row.latitude ? ParseGpsLatitude(survey, text) : ParseGpsLongitude(survey, text);
+    ASSERT_EQ(read.has_value(), row.expected.has_value()) << row.text;
+    if (!read) continue;
+    EXPECT_NEAR(*read, *row.expected, 1e-9) << row.text;
+    EXPECT_FALSE(std::signbit(*read) && *read == 0) << row.text;  // no -0
+  }
+}
+
+TEST(GpsTextTest, TheSurveysSeparatorAndDegreeCharAreRead) {
+  Survey survey;
+  survey.SubValueSeparator = ':';
+  survey.DegreeChar = '*';
+  EXPECT_NEAR(*ParseGpsLatitude(survey, "S33:30"), -33.5, 1e-9);
+  EXPECT_NEAR(*ParseGpsLongitude(survey, "20*30' W"), 339.5, 1e-9);
+  EXPECT_EQ(survey.ValueMarks, 0);
 }
 
 }  // namespace
