@@ -516,6 +516,13 @@ void DataInputLogic::ChooseTypOpt(int index) {
   std::uint8_t& type = survey_.Datasets[dataset_].DatasetType;
   std::uint8_t kept = index == 2 ? (type & (kDatasetHasDummy | kDatasetGenerated)) : 0;
   type = kDatasetKindTypes[index] | kept;
+  // Only a sub-division starts at a dummy: elsewhere its first point is an X/Y point, as
+  // the saved file will have it.
+  if (index != 2) {
+    for (int p = survey_.Datasets[dataset_].DatasetStart; p < survey_.DatasetEnd(dataset_); ++p) {
+      survey_.Points[p].PtMarks &= static_cast<std::uint8_t>(~kMarkDummy);
+    }
+  }
   MarkSettingsChanged();
   RefreshPointFields();
 }
