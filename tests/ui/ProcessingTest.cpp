@@ -65,14 +65,13 @@ std::vector<XY> Polygon(int count) {
   return points;
 }
 
+// The area's text is plotmeter-cli's area line.
 TEST_F(ProcessingTest, GoodPerimeterShowsItsArea) {
-  display.AreaUnitCmb.index = 0;  // "Sq. Meters"
   Run(PerimeterSurvey({{0, 0}, {40, 0}, {40, 40}, {0, 40}}));
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_EQ(dialogs.beeps, 0);
   EXPECT_TRUE(state.ProcessState & kAreaComputed);
   EXPECT_FALSE(state.BadPerimeter);
-  EXPECT_EQ(display.AreaValLbl.text, "1,600");
   EXPECT_EQ(display.AreaHdrLbl, "Area");
   EXPECT_EQ(scene.ScaleLbl, "Window Width / Height = 42.0 Meters");
   EXPECT_EQ(scene.markers.size(), 4u);
@@ -127,7 +126,6 @@ TEST_F(ProcessingTest, MainDatasetThatIsNotAPerimeterIsDrawnWithoutArea) {
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_FALSE(state.ProcessState & kAreaComputed);
   EXPECT_FALSE(state.BadPerimeter);
-  EXPECT_EQ(display.AreaValLbl.text, "< Not a Perimeter >");
   EXPECT_EQ(scene.markers.size(), 4u);
   EXPECT_EQ(scene.lines.size(), 3u);  // an open line: no closing line
 }
@@ -271,26 +269,23 @@ TEST(MainDisplayTest, NoAreaShownWithoutAGoodPerimeter) {
   EXPECT_FALSE(display.AreaValLbl.red);
 }
 
-// The unit label stands in for the list with an unspecified unit, the heading names a GPS
-// area, and the declination shows its side.
+// The unit label stands in for the list with an unspecified unit, and the declination
+// shows its side. (The heading that names a GPS area: plotmeter-cli's area line.)
 TEST(MainDisplayTest, LabelsFollowTheSurvey) {
   Survey survey = PerimeterSurvey({{0, 0}, {1, 0}, {1, 1}}, kUnitNotSpecified);
-  ProcessingState state{.SegmentAreas = {1, 1, 1}, .GpsArea = true};
+  const ProcessingState state{.SegmentAreas = {1, 1, 1}};
   survey.MagneticDeclination = -2;
   MainDisplay display;
   ShowArea(survey, state, display);
   EXPECT_FALSE(display.AreaUnitCmb.visible);
   EXPECT_TRUE(display.AreaUnitLbl.visible);
-  EXPECT_EQ(display.AreaHdrLbl, "Area (GPS)");
   EXPECT_TRUE(display.MagDecHdrLblEnabled);
   EXPECT_EQ(display.MagDecLbl, "2.0 W");
   survey.UnitOfMeasure = kUnitFeet;
-  state.GpsArea = false;
   survey.MagneticDeclination = 3.5f;
   ShowArea(survey, state, display);
   EXPECT_TRUE(display.AreaUnitCmb.visible);
   EXPECT_FALSE(display.AreaUnitLbl.visible);
-  EXPECT_EQ(display.AreaHdrLbl, "Area");
   EXPECT_EQ(display.MagDecLbl, "3.5 E");
   survey.MagneticDeclination = 0;
   ShowArea(survey, state, display);
