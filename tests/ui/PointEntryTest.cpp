@@ -53,7 +53,6 @@ TEST(DataInputTest, InputTypeLabelsAndEnablesTheFields) {
       {1, false, "Bearing (magnetic)", "Length", true, true},
       {2, false, "Bearing (true)", "Length", true, true},
       {3, false, "Not applicable", "Not applicable", false, false},
-      {4, false, "Not applicable", "Not applicable", false, false},
       // The length of an intermediate point given by a bearing follows from its line.
       {1, true, "Bearing (magnetic)", "Length", true, false},
   };
@@ -315,7 +314,6 @@ TEST(PointEditsTest, DeleteRemovesThePointOrRefusesSilently) {
   } rows[] = {
       {"start point", 5, false, ""},
       {"only point of its dataset", 8, false, ""},
-      {"shape point", 1, true, "10"},
       {"intermediate by length lengthens the next", 2, true, "30.0"},
       {"intermediate by co-ordinates", 6, true, "4"},
   };
