@@ -59,23 +59,6 @@ class ResolvePointsTest : public testing::ResolveFixture {
   }
 };
 
-// Bearings are clockwise from north; a point given by co-ordinates gets the bearing and
-// length of the line from the point before, and may stand on an earlier point that is
-// not the one before.
-TEST_F(ResolvePointsTest, TraverseAndCoordinatesGiveEachOthersValues) {
-  Survey survey =
-      Entered("H,M\n1,X,,,100,200\n2,B,,,90,40\n3,B,,,0,30\n4,B,,,270,40\n5,B,,,180,10");
-  EXPECT_EQ(Resolved(survey),
-            "100,200 0/0; 140,200 90/40; 140,230 0/30; 100,230 270/40; 100,220 180/10");
-  EXPECT_EQ(ClosingText(survey), "180/20");
-  EXPECT_EQ(Resolved("H,N\n1,X,,,5,2\n2,X,,,-7.5,2\n3,X,,,-4.5,-2\n4,X,,,5,2"),
-            "5,2 0/0; -7.5,2 270/12.5; -4.5,-2 143.1301/5; 5,2 67.1663/10.3078");
-  // A compass bearing has the declination taken off.
-  survey = Entered("H,N\n1,X,,,0,0\n2,C,,,92,10");
-  survey.MagneticDeclination = 2;
-  EXPECT_EQ(Resolved(survey), "0,0 0/0; 10,0 90/10");
-}
-
 // A bearing from point 2, a stand-alone bearing from point 2, a line sharing point 2.
 TEST_F(ResolvePointsTest, ReferencesMeasureFromTheirPoints) {
   EXPECT_EQ(Resolved("H,M\n1,X,,,0,0\n2,X,,,50,0\n3,X,,,50,50\n4,BF,2,,270,20\n"
@@ -84,12 +67,19 @@ TEST_F(ResolvePointsTest, ReferencesMeasureFromTheirPoints) {
             "75,0 90/25");
 }
 
-TEST_F(ResolvePointsTest, ReferenceToALaterDatasetIsResolvedByARepeatPass) {
-  EXPECT_EQ(Resolved("H,L\n1,R,5\n2,B,,,0,10\nH,M\n3,X,,,0,0\n4,X,,,20,0\n5,X,,,20,20"),
-            "20,20 0/0; 20,30 0/10; 0,0 0/0; 20,0 90/20; 20,20 0/20");
-  EXPECT_NE(state.ProcessState & kPassComplete, 0);
-  EXPECT_EQ(state.ProcessState & kTargetRepassNeeded, 0);
-  EXPECT_EQ(state.GpsState & kGpsRepassNeeded, 0);
+// A reference to a later dataset, or an intermediate point's target further on, waits for
+// a repeat pass; the first pass then completes with no repeat pass left pending. Where the
+// points land is the goldens' (reference-to-a-later-dataset, intermediate-target).
+TEST_F(ResolvePointsTest, RepeatPassesLeaveNoPassPending) {
+  for (const char* lines : {"H,L\n1,R,5\n2,B,,,0,10\nH,M\n3,X,,,0,0\n4,X,,,20,0\n5,X,,,20,20",
+                            "H,M\n1,X,,,0,0\n2,XI,,4,,5\n3,X,,,10,0\n4,X,,,10,10"}) {
+    SCOPED_TRACE(lines);
+    Resolved(lines);
+    EXPECT_NE(state.ProcessState & kPassComplete, 0);
+    EXPECT_EQ(state.ProcessState & kTargetRepassNeeded, 0);
+    EXPECT_EQ(state.GpsState & kGpsRepassNeeded, 0);
+    EXPECT_EQ(state.ErrorState, 0);
+  }
 }
 
 TEST_F(ResolvePointsTest, OnlyAFirstOrDependentPassCompletesAndClearsTheSelection) {
@@ -117,8 +107,9 @@ TEST_F(ResolvePointsTest, FailureKeepsTheInput) {
   EXPECT_EQ(survey.Points[2].InXA, "10");
 }
 
-// Closing lines run back to the start point of a main perimeter or a sub-division, or
-// on to the join point a division ends at; other datasets, and tiny ones, have none.
+// Closing lines run back to the start point of a main perimeter or a sub-division, or on
+// to the join point a division ends at (the golden closing-line-to-the-end-join); other
+// datasets, and tiny ones, have none.
 TEST_F(ResolvePointsTest, ClosingLines) {
   Survey survey = Entered(
       "H,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,10\nH,S\n4,X,,,0,0\n5,X,,,-5,0\n"
@@ -126,11 +117,6 @@ TEST_F(ResolvePointsTest, ClosingLines) {
   survey.Datasets[2].ClosingLen = 7;
   Resolved(survey);
   EXPECT_EQ(ClosingText(survey), "225/14.1421; 90/5; 0/0");
-  survey = Entered(
-      "H,M\n1,X,,,0,0\n2,XJ,,,10,0\n3,X,,,10,10\n4,XJ,,,0,10\n"
-      "H,S\n5,D,,,10,0\n6,X,,,6,4\n7,X,,,-1,10.5");
-  Resolved(survey);
-  EXPECT_EQ(ClosingText(survey), "180/10; 116.5651/1.118");
   Survey empty;
   EXPECT_EQ(Resolved(empty), "");
   survey = Entered("H,M\n1,X,,,4,4\nH,S\nH,L\n2,X,,,1,1");
@@ -152,35 +138,18 @@ TEST_F(ResolvePointsTest, LongTraverseResolves) {
 
 // ---- Intermediate points, on their lines ----
 
-TEST_F(ResolvePointsTest, IntermediateCoordinatesAreBroughtOntoTheLine) {
-  // The line from (0, 0) to (10, 10): X alone, Y alone, or both pulled onto the line.
-  auto typed = [&](const char* values) {
-    return "H,M\n1,X,,,0,0\n2,XI,,," + std::string(values) + "\n3,X,,,10,10";
-  };
-  EXPECT_EQ(Resolved(typed("4,")), "0,0 0/0; 4,4 45/5.6569; 10,10 45/8.4853");
-  EXPECT_EQ(Resolved(typed(",2.5")), "0,0 0/0; 2.5,2.5 45/3.5355; 10,10 45/10.6066");
-  EXPECT_EQ(Resolved(typed("2,6")), "0,0 0/0; 4,4 45/5.6569; 10,10 45/8.4853");
-}
-
-// A target named further on waits for a repeat pass; a bearing from an existing point
-// meets the line; a length runs along the line from the point before.
-TEST_F(ResolvePointsTest, IntermediateByTargetBearingAndLength) {
-  EXPECT_EQ(Resolved("H,M\n1,X,,,0,0\n2,XI,,4,,5\n3,X,,,10,0\n4,X,,,10,10"),
-            "0,0 0/0; 5,5 45/7.0711; 10,0 135/7.0711; 10,10 0/10");
-  EXPECT_NE(state.ProcessState & kPassComplete, 0);
-  EXPECT_EQ(state.ProcessState & kTargetRepassNeeded, 0);
-  EXPECT_EQ(state.ErrorState, 0);
-  EXPECT_EQ(Resolved("H,M\n1,X,,,0,-3\n2,X,,,0,0\n3,BI,1,,45,\n4,X,,,10,0"),
-            "0,-3 0/0; 0,0 0/3; 3,0 90/3; 10,0 90/7");
+// Lengths run along the line from the point before (a survey the reader refuses, a
+// bearing intermediate without a reference). Intermediates by co-ordinates, target and
+// bearing are the goldens' (intermediate-*).
+TEST_F(ResolvePointsTest, IntermediateByLength) {
   EXPECT_EQ(Resolved("H,N\n1,X,,,0,0\n2,BI,,,,3\n3,BI,,,,4\n4,X,,,0,-10"),
             "0,0 0/0; 0,-3 180/3; 0,-7 180/4; 0,-10 180/3");
 }
 
 // A point given by a length is a station the next bearing starts from; one given by a
-// co-ordinate is a mark on the line and is not.
+// co-ordinate is a mark on the line and is not (the golden bearing-after-a-coordinate-point).
 TEST_F(ResolvePointsTest, NextBearingIsMeasuredFromALengthPointButNotACoordinatePoint) {
   EXPECT_EQ(Resolved("H,N\n1,X,,,0,0\n2,BI,,,,4\n3,B,,,90,6"), "0,0 0/0; 4,0 90/4; 10,0 90/6");
-  EXPECT_EQ(Resolved("H,N\n1,X,,,0,0\n2,XI,,,3,\n3,B,,,90,10"), "0,0 0/0; 3,0 90/3; 10,0 90/10");
   // A bearing measured from the run gives the line its direction: dropping the length
   // point and lengthening the next keeps the next point's place.
   Survey with = Entered("H,N\n1,X,,,2,1\n2,BI,,,,4.5\n3,B,,,30,6.25");
