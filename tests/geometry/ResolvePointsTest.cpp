@@ -160,23 +160,6 @@ TEST_F(ResolvePointsTest, NextBearingIsMeasuredFromALengthPointButNotACoordinate
   EXPECT_NEAR(with.Points[2].Y, without.Points[1].Y, 1e-4);
 }
 
-TEST_F(ResolvePointsTest, GpsIntermediateIsPlacedThroughTheLink) {
-  // One minute of latitude north of the link is 1852 m along a line due north.
-  Survey survey = Entered(
-      "H,M\n1,XL,,,0,0,151,-33\n2,GI,,,,,151.001,-32.9833333333\n3,X,,,0,5000\n"
-      "4,X,,,-100,5000");
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NEAR(survey.Points[1].X, 0, 1e-4);
-  EXPECT_NEAR(survey.Points[1].Y, 1852, 1e-2);
-  EXPECT_FALSE(survey.Points[1].HasAlternate);
-  // One GPS value alone finds its place on a diagonal line.
-  survey =
-      Entered("H,M\n1,XL,,,0,0,151,-33\n2,GI,,,,,,-32.9833333333\n3,X,,,5000,5000\n4,X,,,5000,0");
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_NEAR(survey.Points[1].Y, 1852, 1e-2);
-  EXPECT_NEAR(survey.Points[1].X, 1852, 1e-2);
-}
-
 TEST_F(ResolvePointsTest, OutOfOrderIntermediatesAreResequencedAndMarked) {
   Survey survey = Entered(
       "H,M\n1,X,,,0,0\n2,XI,,,3,\n3,XI,,,7,\n4,XI,,,5,\n5,X,,,10,0\n6,X,,,10,10\n"
@@ -201,6 +184,8 @@ TEST_F(ResolvePointsTest, OutOfOrderIntermediatesAreResequencedAndMarked) {
 }
 
 // ---- GPS values, through the link point ----
+// An all-GPS survey, with or without a link, and GPS intermediates are the goldens'
+// (all-gps*, gps-intermediate*).
 
 constexpr double kMinute = 1.0 / 60;
 // One minute of longitude at 33° south, in metres, worked out by hand: 1852 × cos 33°.
@@ -267,21 +252,6 @@ TEST_F(ResolvePointsTest, PlanePointsGetGpsValuesAndAPointGivenBothWaysItsAltern
   EXPECT_NEAR(p.GPSLat, -33 + kMinute, 1e-9);
   EXPECT_NEAR(p.AltGPSLat, -33 + 1000.0 / 1852 * kMinute, 1e-9);
   EXPECT_NEAR(p.AltGPSLong, 151, 1e-9);
-}
-
-TEST_F(ResolvePointsTest, AllGpsSurveyStandsOnItsFirstPointAtTheOriginIgnoringALink) {
-  for (const char* link : {"", "L"}) {
-    Survey survey = Entered("H,M\n1,G,,,,,151,-33\n2,G" + std::string(link) + ",,,,,151," +
-                            Degrees(-33 - kMinute) + "\n3,G,,,,," + Degrees(151 + kMinute) + "," +
-                            Degrees(-33 - kMinute));
-    ASSERT_TRUE(Resolve(survey)) << link;
-    EXPECT_TRUE(state.GpsArea);
-    EXPECT_EQ(survey.Points[0].X, 0);
-    EXPECT_EQ(survey.Points[0].Y, 0);
-    EXPECT_NEAR(survey.Points[1].Y, -1852, 1e-2);
-    EXPECT_NEAR(survey.Points[1].Bearing, 180, 1e-4);
-    EXPECT_NEAR(survey.Points[2].X, 1852 * std::cos((33 + kMinute / 2) * M_PI / 180), 0.05);
-  }
 }
 
 TEST_F(ResolvePointsTest, GpsOnlyBasisPlacesEveryGpsPointByItsGpsValues) {
