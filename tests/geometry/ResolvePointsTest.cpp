@@ -59,14 +59,6 @@ class ResolvePointsTest : public testing::ResolveFixture {
   }
 };
 
-// A bearing from point 2, a stand-alone bearing from point 2, a line sharing point 2.
-TEST_F(ResolvePointsTest, ReferencesMeasureFromTheirPoints) {
-  EXPECT_EQ(Resolved("H,M\n1,X,,,0,0\n2,X,,,50,0\n3,X,,,50,50\n4,BF,2,,270,20\n"
-                     "H,P\n5,X,,,5,5\n6,B,2,,0,15\nH,L\n7,R,2\n8,B,,,90,25"),
-            "0,0 0/0; 50,0 90/50; 50,50 0/50; 30,0 270/20; 5,5 0/0; 50,15 0/15; 50,0 0/0; "
-            "75,0 90/25");
-}
-
 // A reference to a later dataset, or an intermediate point's target further on, waits for
 // a repeat pass; the first pass then completes with no repeat pass left pending. Where the
 // points land is the goldens' (reference-to-a-later-dataset, intermediate-target).
@@ -289,11 +281,6 @@ Survey DatasetsOutOfOrder() {
   return survey;
 }
 
-// An intermediate point on the line from (0, 0) to (10, 0), after (0, -4).
-Survey Interim(const std::string& line) {
-  return Entered("H,M\n1,X,,,0,-4\n2,X,,,0,0\n" + line + "\n4,X,,,10,0\n5,X,,,10,10");
-}
-
 constexpr char kFailed[] = "Failed Area Calculation";
 constexpr char kInvalid[] = "Invalid Data encounted in processing";
 constexpr char kBadReference[] = "Bad Point reference";
@@ -348,8 +335,10 @@ TEST(ResolvePointsFaultTest, ShowsOneCriticalBox) {
     {"RunWithALengthPointOutOfOrder",
              Entered("H,N\n1,X,,,0,0\n2,XI,,,6,\n3,XI,,,2,\n4,BI,,,,1\n5,X,,,10,0"),
              kFailed, kBadInterim},
-    {"NegativeLength", Interim("3,BI,,,,-1"), kFailed, kBadInterim},
-    {"NoInputAtAll", Interim("3,I"), kFailed, kBadInterim},
+    {"NegativeLength", Entered("H,M\n1,X,,,0,-4\n2,X,,,0,0\n3,BI,,,,-1\n4,X,,,10,0\n5,X,,,10,10"),
+             kFailed, kBadInterim},
+    {"NoInputAtAll", Entered("H,M\n1,X,,,0,-4\n2,X,,,0,0\n3,I\n4,X,,,10,0\n5,X,,,10,10"),
+             kFailed, kBadInterim},
       // clang-format on
   };
   for (const auto& row : rows) {
