@@ -1,5 +1,6 @@
 // `plotmeter-cli export` run in-process: the documents are read back as a GIS and a globe
 // viewer would read them, and the exported GPS outline is measured on the WGS 84 ellipsoid.
+// Their exact texts are the goldens in tests/golden/export.
 #include <gtest/gtest.h>
 
 #include <GeographicLib/Geodesic.hpp>
@@ -22,35 +23,16 @@ using Json = nlohmann::json;
 
 const std::string kPaddock = std::string(PLOTMETER_EXAMPLES_DIR) + "/paddock-gps.csv";
 
-// Not tied to GPS; tab-separated, so that its tag can hold a comma that CSV must quote.
-constexpr const char* kBlock =
-    "9\t#0092\t1\t0\t0\t58\nH\tM\tLot \"A\", north\n1\tX\t\t\t0\t0\n2\tX\t\t\t40\t0\n"
-    "3\tX\t\t\t40\t30\n";
+// The export goldens' data files: a block not tied to GPS; a hectare tied to GPS, divided
+// 0.7 to 0.3, with a fence from its second corner and a well.
+const std::string kBlock = PLOTMETER_GOLDEN_DIR "/export/block.csv";
+const std::string kDividedLot = PLOTMETER_GOLDEN_DIR "/export/lot.csv";
 
 // A 100 m square tied to GPS at its first corner, traversed either way.
 std::string GpsSquare(const std::string& longitude, const std::string& latitude, bool clockwise) {
   const char* corners = clockwise ? "2,X,,,0,100\n3,X,,,100,100\n4,X,,,100,0\n"
                                   : "2,X,,,100,0\n3,X,,,100,100\n4,X,,,0,100\n";
   return "44,#0092,1,0,0,58\nH,M,Square\n1,XL,,,0,0," + longitude + "," + latitude + "\n" + corners;
-}
-
-// One hectare divided 0.7 to 0.3, a fence from its second corner, a well.
-constexpr const char* kDividedLot =
-    "44,#0092,1,0,0,58\nH,M,Block\n1,XJL,,,0,0,148.5 E,35.3 S\n2,X,,,100,0\n3,XJ,,,100,100\n"
-    "4,X,,,0,100\nH,S,Split\n5,R,1\n6,X,,,70,30\nH,L,Fence & gate\n7,R,2\n8,X,,,150,0\n"
-    "H,P,Well\n9,X,,,50,50\n";
-
-// The rows of a CSV text whose fields are not quoted; each line ends in CR LF.
-std::vector<std::vector<std::string>> Rows(const std::string& text) {
-  std::vector<std::vector<std::string>> rows;
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
-    EXPECT_TRUE(line.ends_with('\r')) << line;
-    std::istringstream fields(line.substr(0, line.size() - 1) + ",");
-    auto& row = rows.emplace_back();
-    for (std::string field; std::getline(fields, field, ',');) row.push_back(field);
-  }
-  return rows;
 }
 
 // The positions of each <coordinates> element, in order, as GeoJSON gives them.
@@ -90,26 +72,6 @@ class ExportTest : public ::testing::Test {
   std::ostringstream out_, err_;
 };
 
-TEST_F(ExportTest, MapsNeedASurveyTiedToGps) {
-  const std::string block = folder_.Write("block.csv", kBlock);
-  for (const char* format : {"geojson", "kml"}) {
-    EXPECT_EQ(Run({"export", block, "--to", format}), 1) << format;
-    EXPECT_EQ(out_.str(), "");
-    EXPECT_EQ(err_.str(),
-              "[Export Abort]\nThe survey is not tied to GPS: none of its points has GPS values.\n"
-              "GeoJSON and KML need them, through a GPS link point; --to csv exports the plane "
-              "co-ordinates.\n\n");
-  }
-  // Every point as a row; a field holding a comma or a quote is quoted.
-  EXPECT_EQ(Run({"export", block, "--to", "csv"}), 0);
-  const std::string tag = "\"Lot \"\"A\"\", north\",";
-  EXPECT_EQ(out_.str(),
-            "Point,Type,Dataset,Dataset Type,Tag,X,Y,Bearing,Length,GPS Longitude,GPS Latitude\r\n"
-            "1,X,1,M," +
-                tag + "0,0,0,0,,\r\n2,X,1,M," + tag + "40,0,90,40,,\r\n3,X,1,M," + tag +
-                "40,30,0,30,,\r\n");
-}
-
 TEST_F(ExportTest, RingsAreClosedCounterClockwiseAndWithinTheLongitudeRange) {
   struct Row {
     std::string longitude, latitude;
@@ -146,49 +108,15 @@ TEST_F(ExportTest, GpsExampleAreaAgreesWithTheEllipsoidAndItsPointsHaveGpsValues
   EXPECT_NEAR(GeodesicArea(features[0]["geometry"]["coordinates"][0]) / programArea, 1, 0.005);
   EXPECT_EQ(features[1]["geometry"]["type"], "Point");
   EXPECT_EQ(features[1]["properties"]["number"], 6);
-  // Every point, with its GPS values, in the CSV.
-  EXPECT_EQ(Run({"export", kPaddock, "--to", "csv"}), 0);
-  const auto rows = Rows(out_.str());
-  ASSERT_EQ(rows.size(), 7u);
-  EXPECT_EQ(std::vector<std::string>(rows[1].begin(), rows[1].begin() + 6),
-            (std::vector<std::string>{"1", "XL", "1", "M", "Back paddock", "0"}));
-  EXPECT_DOUBLE_EQ(std::stod(rows[1][9]), 148.5);
-  EXPECT_DOUBLE_EQ(std::stod(rows[1][10]), -(35 + 20.0 / 60));
-  EXPECT_EQ(std::vector<std::string>(rows[6].begin(), rows[6].begin() + 5),
-            (std::vector<std::string>{"6", "G", "2", "P", "Trough"}));
-  EXPECT_DOUBLE_EQ(std::stod(rows[6][9]), 148 + 30.1 / 60);
 }
 
-TEST_F(ExportTest, DividedPlotLinesAndPointsInGeoJsonAndKml) {
-  const std::string file = folder_.Write("lot.csv", kDividedLot);
-  ASSERT_EQ(Run({"export", file, "--to", "geojson"}), 0) << err_.str();
+// The KML places each feature where the GeoJSON does.
+TEST_F(ExportTest, DividedPlotKmlAgreesWithGeoJson) {
+  ASSERT_EQ(Run({"export", kDividedLot, "--to", "geojson"}), 0) << err_.str();
   const Json features = Json::parse(out_.str())["features"];
-  struct Expected {
-    std::string type, dataset, tag;
-    double area;  // hectares; 0 for none
-  };
-  const Expected expected[] = {{"Polygon", "M", "Block", 1.0},
-                               {"Polygon", "S", "Split", 0.7},
-                               {"Polygon", "S", "Split", 0.3},
-                               {"LineString", "L", "Fence & gate", 0},
-                               {"Point", "P", "Well", 0}};
-  ASSERT_EQ(features.size(), std::size(expected));
-  for (std::size_t k = 0; k < features.size(); ++k) {
-    const Json& properties = features[k]["properties"];
-    EXPECT_EQ(features[k]["geometry"]["type"], expected[k].type) << k;
-    EXPECT_EQ(properties["dataset"], expected[k].dataset) << k;
-    EXPECT_EQ(properties["tag"], expected[k].tag) << k;
-    EXPECT_NEAR(properties.value("area", 0.0), expected[k].area, 1e-9) << k;
-  }
-  EXPECT_EQ(features[1]["properties"]["part"], 1);
-
-  ASSERT_EQ(Run({"export", file, "--to", "kml"}), 0);
-  const std::string kml = out_.str();
-  EXPECT_TRUE(
-      kml.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                      "<kml xmlns=\"http://www.opengis.net/kml/2.2\">"));
-  EXPECT_NE(kml.find("<name>Fence &amp; gate</name>"), std::string::npos);
-  const auto coordinates = KmlCoordinates(kml);
+  ASSERT_EQ(features.size(), 5u);
+  ASSERT_EQ(Run({"export", kDividedLot, "--to", "kml"}), 0);
+  const auto coordinates = KmlCoordinates(out_.str());
   ASSERT_EQ(coordinates.size(), features.size());
   for (std::size_t k = 0; k < features.size(); ++k) {
     const Json& positions = features[k]["geometry"]["coordinates"];
@@ -201,47 +129,27 @@ TEST_F(ExportTest, DividedPlotLinesAndPointsInGeoJsonAndKml) {
 
 TEST_F(ExportTest, SeveralFilesMakeOneDocumentThatNamesEachFile) {
   const std::string square = folder_.Write("square.csv", GpsSquare("148.5 E", "35.3 S", false));
-  const std::string block = folder_.Write("block.csv", kBlock);
   const std::string out = folder_.Path("all.geojson");
-  EXPECT_EQ(Run({"export", square, block, kPaddock, "--to", "geojson", "-o", out}), 1);
+  EXPECT_EQ(Run({"export", square, kBlock, kPaddock, "--to", "geojson", "-o", out}), 1);
   EXPECT_EQ(out_.str(), "");
-  EXPECT_TRUE(err_.str().starts_with(block + ": [Export Abort]\n")) << err_.str();
+  EXPECT_TRUE(err_.str().starts_with(kBlock + ": [Export Abort]\n")) << err_.str();
   const Json document = Json::parse(testing::TestFolder::Contents(out));
   std::set<std::string> files;
   for (const Json& feature : document["features"]) {
     files.insert(feature["properties"]["file"].get<std::string>());
   }
   EXPECT_EQ(files, (std::set<std::string>{square, kPaddock}));
-
-  EXPECT_EQ(Run({"export", square, block, "--to", "csv"}), 0);
-  const auto rows = Rows(out_.str());
-  ASSERT_EQ(rows.size(), 1u + 4 + 3);
-  EXPECT_EQ(rows[0][0], "File");
-  EXPECT_EQ(rows[1][0], square);
-  EXPECT_EQ(rows[7][0], block);
 }
 
 TEST_F(ExportTest, OutIsWrittenWholeOrLeftAlone) {
   const std::string square = folder_.Write("square.csv", GpsSquare("148.5 E", "35.3 S", false));
   const std::string kept = testing::TestFolder::Contents(square);
   const std::string out = folder_.Path("out.kml");
-  EXPECT_EQ(Run({"export", folder_.Write("block.csv", kBlock), "--to", "kml", "-o", out}), 1);
+  EXPECT_EQ(Run({"export", kBlock, "--to", "kml", "-o", out}), 1);
   EXPECT_FALSE(std::filesystem::exists(out));
-  const std::string unwritable = folder_.Path("missing/out.csv");
-  EXPECT_EQ(Run({"export", square, "--to", "csv", "-o", unwritable}), 1);
-  EXPECT_EQ(err_.str(),
-            "[Write File Abort]\nCannot open file - check is not being used by another "
-            "program.\n" +
-                unwritable + ": No such file or directory\n\n");
-
-  const std::vector<std::vector<std::string>> usage = {
-      {"export", square},
-      {"export", square, "--to", "shp"},
-      {"export", square, "--to", "csv", "-o", square}};
-  for (const auto& args : usage) {
-    EXPECT_EQ(Run(args), 2) << ::testing::PrintToString(args);
-    EXPECT_TRUE(err_.str().starts_with("plotmeter-cli: ")) << err_.str();
-  }
+  // OUT the same as an input is a usage error; the input stays as it was.
+  EXPECT_EQ(Run({"export", square, "--to", "csv", "-o", square}), 2);
+  EXPECT_TRUE(err_.str().starts_with("plotmeter-cli: ")) << err_.str();
   EXPECT_EQ(testing::TestFolder::Contents(square), kept);
 }
 
