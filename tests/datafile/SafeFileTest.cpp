@@ -32,10 +32,6 @@ using testing::TestFolder;
 
 class SafeFileTest : public ::testing::Test {
  protected:
-  std::string Put(const std::string& name, const std::string& text) {
-    return folder_.Write(name, text);
-  }
-  static std::string Contents(const std::string& path) { return TestFolder::Contents(path); }
   static struct stat Info(const std::string& path) {
     struct stat info {};
     EXPECT_EQ(::lstat(path.c_str(), &info), 0) << path;
@@ -50,7 +46,7 @@ TEST_F(SafeFileTest, RefusedTargetsAreLeftAsTheyWere) {
   const std::string fifo = folder_.Path("fifo.csv"), folder = folder_.Path("folder.csv");
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0644), 0);
   fs::create_directory(folder);
-  const std::string readOnly = Put("read-only.csv", "old\n");
+  const std::string readOnly = folder_.Write("read-only.csv", "old\n");
   ASSERT_EQ(::chmod(readOnly.c_str(), 0444), 0);
   std::vector<std::pair<std::string, std::string>> rows = {{fifo, "Not a regular file"},
                                                            {folder, "Is a directory"},
@@ -68,14 +64,14 @@ TEST_F(SafeFileTest, RefusedTargetsAreLeftAsTheyWere) {
   }
   EXPECT_TRUE(fs::is_fifo(fifo));
   EXPECT_TRUE(fs::is_empty(folder));
-  EXPECT_EQ(Contents(readOnly), "old\n");
+  EXPECT_EQ(TestFolder::Contents(readOnly), "old\n");
   EXPECT_EQ(Info(readOnly).st_mode & 07777, 0444u);
   EXPECT_TRUE(!fs::exists(device) || fs::is_character_file(device));
   EXPECT_EQ(folder_.FileCount(), fs::exists(device) ? 4 : 3);
 }
 
 TEST_F(SafeFileTest, SymbolicLinksAreFollowedToTheFileTheyName) {
-  const std::string real = Put("real.csv", "old\n");
+  const std::string real = folder_.Write("real.csv", "old\n");
   fs::create_directory(folder_.Path("links"));
   fs::create_symlink("../real.csv", folder_.Path("links/relative.csv"));
   fs::create_symlink(folder_.Path("links/relative.csv"), folder_.Path("chain.csv"));
@@ -84,11 +80,11 @@ TEST_F(SafeFileTest, SymbolicLinksAreFollowedToTheFileTheyName) {
     const std::string text = std::string("through ") + name + "\n";
     ASSERT_TRUE(ReplaceFileSafely(folder_.Path(name), text).saved) << name;
     EXPECT_TRUE(fs::is_symlink(folder_.Path(name)));
-    EXPECT_EQ(Contents(real), text);
+    EXPECT_EQ(TestFolder::Contents(real), text);
   }
   ASSERT_TRUE(ReplaceFileSafely(folder_.Path("dangling.csv"), "new\n").saved);
   EXPECT_TRUE(fs::is_symlink(folder_.Path("dangling.csv")));
-  EXPECT_EQ(Contents(folder_.Path("made-by-save.csv")), "new\n");
+  EXPECT_EQ(TestFolder::Contents(folder_.Path("made-by-save.csv")), "new\n");
 
   fs::create_symlink("loop-b.csv", folder_.Path("loop-a.csv"));
   fs::create_symlink("loop-a.csv", folder_.Path("loop-b.csv"));
@@ -99,11 +95,11 @@ TEST_F(SafeFileTest, SymbolicLinksAreFollowedToTheFileTheyName) {
 }
 
 TEST_F(SafeFileTest, EveryNameOfAHardLinkedFileSeesTheNewText) {
-  const std::string first = Put("first.csv", "the old text, longer than the new one\n");
+  const std::string first = folder_.Write("first.csv", "the old text, longer than the new one\n");
   const std::string second = folder_.Path("second.csv");
   fs::create_hard_link(first, second);
   ASSERT_TRUE(ReplaceFileSafely(second, "new\n").saved);
-  EXPECT_EQ(Contents(first), "new\n");
+  EXPECT_EQ(TestFolder::Contents(first), "new\n");
   EXPECT_EQ(Info(first).st_ino, Info(second).st_ino);
   EXPECT_EQ(Info(first).st_nlink, 2u);
   EXPECT_EQ(folder_.FileCount(), 2);
@@ -111,7 +107,7 @@ TEST_F(SafeFileTest, EveryNameOfAHardLinkedFileSeesTheNewText) {
 
 // A replaced file keeps its mode, owner and group; a new file gets what the umask allows.
 TEST_F(SafeFileTest, PermissionsOfTheReplacedFileOrOfTheUmask) {
-  const std::string path = Put("lot.csv", "old\n");
+  const std::string path = folder_.Write("lot.csv", "old\n");
   ASSERT_EQ(::chmod(path.c_str(), 0604), 0);
   // Only root may give a file away; for anyone else the owner stays the user's.
   const bool root = ::geteuid() == 0;
@@ -127,7 +123,7 @@ TEST_F(SafeFileTest, PermissionsOfTheReplacedFileOrOfTheUmask) {
   EXPECT_EQ(info.st_mode & 07777, 0604u);
   EXPECT_EQ(info.st_uid, owner);
   EXPECT_EQ(info.st_gid, group);
-  EXPECT_EQ(Contents(path), "new\n");
+  EXPECT_EQ(TestFolder::Contents(path), "new\n");
   EXPECT_EQ(Info(folder_.Path("new.csv")).st_mode & 07777, 0640u);
 }
 
@@ -136,7 +132,7 @@ TEST_F(SafeFileTest, ANameAsLongAsTheSystemAllowsIsSaved) {
     const std::string path = folder_.Path(std::string(251, 'n') + ".csv");
     ASSERT_TRUE(ReplaceFileSafely(path, "first\n", kind).saved);
     ASSERT_TRUE(ReplaceFileSafely(path, "second\n", kind).saved);
-    EXPECT_EQ(Contents(path), "second\n");
+    EXPECT_EQ(TestFolder::Contents(path), "second\n");
     EXPECT_EQ(folder_.FileCount(), 1);
     EXPECT_FALSE(ReplaceFileSafely(path + "x", "too long\n", kind).saved);
   }
@@ -145,7 +141,7 @@ TEST_F(SafeFileTest, ANameAsLongAsTheSystemAllowsIsSaved) {
 // The disk fills up half-way through: the save fails, and the old file survives whole with
 // no temporary file left beside it.
 TEST_F(SafeFileTest, AFailingWriteLeavesTheOldFileAndNothingElse) {
-  const std::string path = Put("lot.csv", "the survey as last saved\n");
+  const std::string path = folder_.Write("lot.csv", "the survey as last saved\n");
   struct rlimit saved;
   ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &saved), 0);
   auto previousHandler = ::signal(SIGXFSZ, SIG_IGN);
@@ -162,17 +158,17 @@ TEST_F(SafeFileTest, AFailingWriteLeavesTheOldFileAndNothingElse) {
     EXPECT_FALSE(result.saved);
     EXPECT_EQ(result.reason, "File too large");
   }
-  EXPECT_EQ(Contents(path), "the survey as last saved\n");
+  EXPECT_EQ(TestFolder::Contents(path), "the survey as last saved\n");
   EXPECT_EQ(folder_.FileCount(), 1);
 }
 
 // A temporary file whose save was killed goes with the next save in its folder; one that a
 // save still holds, and any other name, stays.
 TEST_F(SafeFileTest, TemporaryFilesOfKilledSavesGoWithTheNextSave) {
-  const std::string abandoned = Put(".plotmeter-abc123", "half a survey");
-  const std::string inUse = Put(".plotmeter-def456", "a save under way");
-  Put(".plotmeter-ghi789-kept", "kept on purpose");
-  Put(".plotmeter-notes", "the user's own");
+  const std::string abandoned = folder_.Write(".plotmeter-abc123", "half a survey");
+  const std::string inUse = folder_.Write(".plotmeter-def456", "a save under way");
+  folder_.Write(".plotmeter-ghi789-kept", "kept on purpose");
+  folder_.Write(".plotmeter-notes", "the user's own");
   const int held = ::open(inUse.c_str(), O_RDONLY);
   ASSERT_EQ(::flock(held, LOCK_EX), 0);
   ASSERT_TRUE(ReplaceFileSafely(folder_.Path("lot.csv"), "new\n").saved);
