@@ -22,36 +22,10 @@ using testing::ScriptedDialogs;
 
 // A good file using every kind of dataset, a sub-division with its dummy start, shared
 // points, an intermediate bearing and a GPS link; the header's options and declination are
-// left empty. Each fault row below breaks one thing. Written in UTF-8 here, read as the
-// single bytes a data file holds.
-const std::string kGoodFile = Latin1(
-    "// Unit of Measure is Meters\n"
-    "// Surveyed by J. Smith\n"
-    "//,\n"
-    "44,#0092,1,,,58,Test lot\n"
-    ",/ Column Headings (for data lines):\n"
-    "/Pt#,/Typ,PtRef#,PtTgt#,InXA,InYL,InGPSLong,InGPSLat\n"
-    "/ Main Dataset Header\n"
-    "H,M,Front field\n"
-    "1,XL,,,0,0,150.5,-33.5\n"
-    "2,XJ,,,40,0,,\n"
-    "3,B,,,0,30,,\n"
-    "4,XJ,,,0,30,,\n"
-    "/ Sub-division (or Extension) Dataset Header\n"
-    "H,S,Split\n"
-    "5,D,,,40,0,,\n"
-    "6,X,,,20,15,,\n"
-    "/ Line Dataset Header\n"
-    "H,L,Road\n"
-    "7,R,1,,,,,\n"
-    "8,BI,7,,45,,,\n"
-    "9,B,,,45,10,,\n"
-    "/ Points Collection Dataset Header\n"
-    "H,P,Sheds\n"
-    "10,X,,,10,10,,\n"
-    "11,CF,10,,90°,5,,\n"
-    "12,G,,,,,150.6,-33.4\n"
-    ",/End data\n");
+// left empty; the broken files of the reader's goldens are made from it, as each fault row
+// below breaks one thing.
+const std::string kGoodFile =
+    testing::TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/reader/good.csv");
 
 // `text` with `from` replaced: its first occurrence, or with `all` every one.
 std::string Replaced(std::string text, std::string_view from, std::string_view to,
