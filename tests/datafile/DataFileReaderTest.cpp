@@ -10,6 +10,7 @@
 #include "support/Latin1.h"
 #include "support/ScriptedDialogs.h"
 #include "support/SurveyComparison.h"
+#include "support/TestFolder.h"
 
 namespace plotmeter {
 namespace {
@@ -19,79 +20,12 @@ using testing::ExpectSameEnteredSurvey;
 using testing::Latin1;
 using testing::ScriptedDialogs;
 
-// The fault texts as the user sees them, written out here rather than taken from the code.
-// Message 14 names the missing point number: 99 in its row below.
-const std::map<int, std::string> kMessages = {
-    {1, "Cannot open file - check is not being used by another program."},
-    {2, "File selected is not for this program."},
-    {3, "File selected has Invalid Header."},
-    {4, "File selected has Invalid Data."},
-    {5, "File must have a 'Main' Dataset."},
-    {6, "File has two 'Main' Datasets present, only one allowed"},
-    {7, "File has two 'Sub-division' Datasets present, only one allowed."},
-    {8, "File has invalid Datasets."},
-    {9, "File has multiple nominated GPS links, only one allowed."},
-    {10, "File may only have 0 or 2 sub-division join points specified."},
-    {11, "Sub-division dataset specified without sub-division join points."},
-    {13, "Invalid Line Point Reference specified."},
-    {14, "Non-existent Point Reference [99]."},
-    {15, "Interim Point specified for non-line data, please change"},
-    {16, "Duplicate Point Reference specified."},
-    {17, "A GPS Link Point may not be an Intermediate Point."},
-    {18,
-     "References to Shared Points applies only to Lines, Points and bearings to "
-     "Intermediates."},
-    {19, "Stand Alone Point reference only applies if a Bearing value used, delete reference."},
-    {20, "Cannot resolve data sequence for point reference, check for circular references."},
-    {21, "Reference to a Shared Point only valid for first point of a Line dataset."},
-    {22, "Interim Point cannot be past the line's last point."},
-    {23, "First point of data set that requires X/Y co-ordinates."},
-    {24, "GPS link point must have both non-GPS and GPS data."},
-    {25, "'GPS Only' data precedes first available link point, cannot process."},
-    {26, "Interim Point specified with bearing must have a reference to a point."},
-    {27, "Invalid Flag item in data."},
-    {28, "Invalid Point Target reference specified."},
-    {29, "Invalid Point flagged as Inactive."},
-    {30, "No 'data-sets' found in data."},
-    {32, "Data line with unknown type code."},
-    {41, "File header with unknown type code."},
-    {42, "File header with invalid Unit of Measure."},
-    {43, "File header with invalid Sub-value separator."},
-    {44, "File has GPS data without a Unit of Measure specified."},
-};
-
 // A good file using every kind of dataset, a sub-division with its dummy start, shared
 // points, an intermediate bearing and a GPS link; the header's options and declination are
-// left empty. Each fault row below breaks one thing. Written in UTF-8 here, read as the
-// single bytes a data file holds.
-const std::string kGoodFile = Latin1(
-    "// Unit of Measure is Meters\n"
-    "// Surveyed by J. Smith\n"
-    "//,\n"
-    "44,#0092,1,,,58,Test lot\n"
-    ",/ Column Headings (for data lines):\n"
-    "/Pt#,/Typ,PtRef#,PtTgt#,InXA,InYL,InGPSLong,InGPSLat\n"
-    "/ Main Dataset Header\n"
-    "H,M,Front field\n"
-    "1,XL,,,0,0,150.5,-33.5\n"
-    "2,XJ,,,40,0,,\n"
-    "3,B,,,0,30,,\n"
-    "4,XJ,,,0,30,,\n"
-    "/ Sub-division (or Extension) Dataset Header\n"
-    "H,S,Split\n"
-    "5,D,,,40,0,,\n"
-    "6,X,,,20,15,,\n"
-    "/ Line Dataset Header\n"
-    "H,L,Road\n"
-    "7,R,1,,,,,\n"
-    "8,BI,7,,45,,,\n"
-    "9,B,,,45,10,,\n"
-    "/ Points Collection Dataset Header\n"
-    "H,P,Sheds\n"
-    "10,X,,,10,10,,\n"
-    "11,CF,10,,90°,5,,\n"
-    "12,G,,,,,150.6,-33.4\n"
-    ",/End data\n");
+// left empty; the broken files of the reader's goldens are made from it, as each fault row
+// below breaks one thing.
+const std::string kGoodFile =
+    testing::TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/reader/good.csv");
 
 // `text` with `from` replaced: its first occurrence, or with `all` every one.
 std::string Replaced(std::string text, std::string_view from, std::string_view to,
@@ -113,22 +47,24 @@ bool Load(Survey& survey, const std::string& text, ScriptedDialogs& dialogs) {
   return CheckLoadedData(survey, Read(survey, text), dialogs);
 }
 
-void ExpectBox(const MessageBox& box, const std::string& title, const std::string& text, Icon icon,
-               Buttons buttons, Button defaultButton = Button::Ok) {
+// The box's kind and buttons; its words are the goldens' (tests/golden/reader).
+void ExpectBox(const MessageBox& box, const std::string& title, Icon icon, Buttons buttons,
+               Button defaultButton = Button::Ok) {
   EXPECT_EQ(box.title, title);
-  EXPECT_EQ(box.text, text);
   EXPECT_EQ(box.icon, icon);
   EXPECT_EQ(box.buttons, buttons);
   EXPECT_EQ(box.defaultButton, defaultButton);
 }
 
-// One critical box, after one beep, and the survey as no file left it.
+// One critical box for fault `code` at `point` (1-based, 0 for none), after one beep, and
+// the survey as no file left it. Each code's wording is pinned by the reader's goldens;
+// fault 14 names the missing point, 99 in its row below.
 void ExpectAborted(const Survey& survey, const ScriptedDialogs& dialogs, int code, int point) {
   ASSERT_FALSE(dialogs.boxes.empty());
-  std::string suffix = point > 0 ? " [Point " + std::to_string(point) + "]" : "";
-  ExpectBox(dialogs.last(), "File Read Abort",
-            kMessages.at(code) + suffix + "\nPlease correct for a valid file", Icon::Critical,
-            Buttons::Ok);
+  ExpectBox(dialogs.last(), "File Read Abort", Icon::Critical, Buttons::Ok);
+  const std::string suffix = point > 0 ? " [Point " + std::to_string(point) + "]" : "";
+  EXPECT_EQ(dialogs.last().text,
+            ReadFaultMessage(code, 99) + suffix + "\nPlease correct for a valid file");
   EXPECT_EQ(dialogs.beeps, 1);
   ExpectSameEnteredSurvey(Survey{}, survey);
 }
@@ -279,28 +215,29 @@ TEST(DataFileReaderTest, NoDatasetAtAllAndTheMessagesOfNoFault) {
   ScriptedDialogs dialogs;
   EXPECT_FALSE(CheckLoadedData(survey, ReadResult{}, dialogs));
   ExpectAborted(survey, dialogs, 30, 0);
+  EXPECT_EQ(dialogs.last().text, "No 'data-sets' found in data.\nPlease correct for a valid file");
   EXPECT_EQ(ReadFaultMessage(12), "Data could not be processed, check and");
   for (int code : {0, 31, 40, 45, -1}) {
     EXPECT_EQ(ReadFaultMessage(code), "Unidentified data parsing error.") << code;
   }
 }
 
+// A file of the reader's goldens, loaded and checked.
+bool LoadGolden(Survey& survey, const std::string& name, ScriptedDialogs& dialogs) {
+  return Load(survey, testing::TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/reader/" + name),
+              dialogs);
+}
+
 // Every point of the main dataset carries GPS values, so a 'GPS Only' calculation is
 // possible although GPS-only points come before the link point. No (the default) refuses.
 TEST(DataFileReaderTest, GpsOnlyQuestionAnsweredYesOrNo) {
-  const std::string file =
-      "44,#0092,1,0,0,58\nH,M,Paddock\n1,G,,,,,150.50,-33.50\n2,G,,,,,150.51,-33.50\n"
-      "3,XL,,,0,1000,150.51,-33.49\n4,XA,,,-900,1000,150.50,-33.49\n";
   for (bool yes : {true, false}) {
     Survey survey;
     ScriptedDialogs dialogs;
     if (yes) dialogs.answers.push_back(Button::Yes);
-    EXPECT_EQ(Load(survey, file, dialogs), yes);
+    EXPECT_EQ(LoadGolden(survey, "gps-only-possible.csv", dialogs), yes);
     ASSERT_EQ(dialogs.boxes.size(), yes ? 1u : 2u);
-    ExpectBox(dialogs.boxes[0], "GPS Link issue",
-              "'GPS Only' data precedes first available link point, but a 'GPS Only' "
-              "calculation is possible.\nproceed on a 'GPS Only' basis ?",
-              Icon::Question, Buttons::YesNo, Button::No);
+    ExpectBox(dialogs.boxes[0], "GPS Link issue", Icon::Question, Buttons::YesNo, Button::No);
     if (yes) {
       EXPECT_EQ(dialogs.beeps, 0);
       EXPECT_EQ(survey.FileFlags, kFileGpsOnly | kFileOption);
@@ -314,15 +251,9 @@ TEST(DataFileReaderTest, GpsOnlyQuestionAnsweredYesOrNo) {
 TEST(DataFileReaderTest, LinkOfAllGpsDataIsIgnored) {
   Survey survey;
   ScriptedDialogs dialogs;
-  ASSERT_TRUE(Load(survey,
-                   "44,#0092,1,0,0,58\nH,M\n1,G,,,,,150.5,-33.5\n7,GL,,,,,150.6,-33.5\n"
-                   "3,G,,,,,150.6,-33.4\n",
-                   dialogs));
+  ASSERT_TRUE(LoadGolden(survey, "link-of-all-gps-data.csv", dialogs));
   ASSERT_EQ(dialogs.boxes.size(), 1u);
-  ExpectBox(dialogs.boxes[0], "GPS Link issue",
-            "GPS link specification is irrelevant when is 'All GPS Only' data.\n"
-            "Specified link [Point 7] will be ignored",
-            Icon::Exclamation, Buttons::Ok);
+  ExpectBox(dialogs.boxes[0], "GPS Link issue", Icon::Exclamation, Buttons::Ok);
   EXPECT_EQ(survey.Points[1].PtFlags, kPtGps);
   EXPECT_FALSE(survey.FileFlags & kFileOption);
 }
@@ -382,22 +313,16 @@ TEST(DataFileReaderTest, MillionPointsReferringInAChainOrACircle) {
   }
 }
 
-// The two ways a file fails to be read: it cannot be opened, or not read once open.
-TEST(DataFileReaderTest, MissingFileOrFolderCannotBeOpenedAndTheSystemSaysWhy) {
-  const struct {
-    std::string path;
-    std::string reason;
-  } rows[] = {{PLOTMETER_TEST_DATA_DIR "/no-such-file.csv", "No such file or directory"},
-              {PLOTMETER_TEST_DATA_DIR, "Is a directory"}};
-  for (const auto& row : rows) {
-    Survey survey;
-    ScriptedDialogs dialogs;
-    ReadResult read = ReadDataFile(survey, row.path);
-    EXPECT_EQ(survey.CurrentFileName, row.path);
-    EXPECT_FALSE(CheckLoadedData(survey, read, dialogs));
-    ExpectAborted(survey, dialogs, 1, 0);
-    EXPECT_EQ(dialogs.last().detail, row.path + ": " + row.reason);
-  }
+// A folder opens but cannot be read: the box gives the system's reason beside the path.
+// A file that cannot be opened is the reader's header golden.
+TEST(DataFileReaderTest, AFolderCannotBeReadAndTheSystemSaysWhy) {
+  Survey survey;
+  ScriptedDialogs dialogs;
+  ReadResult read = ReadDataFile(survey, PLOTMETER_TEST_DATA_DIR);
+  EXPECT_EQ(survey.CurrentFileName, PLOTMETER_TEST_DATA_DIR);
+  EXPECT_FALSE(CheckLoadedData(survey, read, dialogs));
+  ExpectAborted(survey, dialogs, 1, 0);
+  EXPECT_EQ(dialogs.last().detail, PLOTMETER_TEST_DATA_DIR ": Is a directory");
 }
 
 }  // namespace
