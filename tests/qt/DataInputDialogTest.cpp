@@ -69,7 +69,7 @@ class DataInputDialogTest : public QObject, plotmeter::testing::WindowDriver {
       QVERIFY(Find(dialog, "AddNoteLbl")->isVisible());
       QCOMPARE(Text(dialog, "AddNoteLbl"), "inserted AFTER the selected point");
       // A bearing of 135 degrees, 70.71 m: the point (50, -50) below the first side.
-      Down(Find(dialog, "PtTypCmb"));
+      QTest::keyClick(Find(dialog, "PtTypCmb"), Qt::Key_Down);
       QCOMPARE(Text(dialog, "DataTxtLbl_0"), "Bearing (magnetic)");
       // A hint's doubled ampersand shows single.
       QVERIFY(Text(dialog, "AngleNoteLbl").contains("'min' & 'sec'"));
@@ -82,7 +82,7 @@ class DataInputDialogTest : public QObject, plotmeter::testing::WindowDriver {
 
   void newSurveyIsEnteredAndSaved() {
     InDialog("DataBtn_3", [](QDialog* dialog) {
-      Down(Find(dialog, "UOMCmb"));
+      QTest::keyClick(Find(dialog, "UOMCmb"), Qt::Key_Down);
       Type(dialog, "FileTagTxt", "Front field");
       Type(dialog, "DSTagTxt", "Corner pegs");
       const char* corners[][2] = {{"0", "0"}, {"40", "0"}, {"40", "30"}, {"0", "30"}};

@@ -39,7 +39,7 @@ class MainWindowTest : public QObject, plotmeter::testing::WindowDriver {
         {"DataBtn_1=Save", "OptnsCkB_1=Show Lines [x] (off)", "PrintBtn=Print..."});
     QCOMPARE(Shown(window_.get(), loaded), loaded);
 
-    Down(Find("AreaUnitCmb"));  // Hectares -> Acres
+    QTest::keyClick(Find("AreaUnitCmb"), Qt::Key_Down);  // Hectares -> Acres
     QCOMPARE(Text("AreaValLbl"), "34.45");
     Click("OptnsCkB_0");  // sub-division off
     QVERIFY(!Find("AreaSgmtCmb")->isVisible());

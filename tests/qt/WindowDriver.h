@@ -56,11 +56,6 @@ class WindowDriver {
   QString Text(const QString& label) { return Text(window_.get(), label); }
   static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
   void Click(const QString& button) { Click(Find(button)); }
-  // Chooses the item after the current one of a list box, from the keyboard.
-  static void Down(QWidget* list) {
-    list->setFocus();
-    QTest::keyClick(list, Qt::Key_Down);
-  }
 
   // What the buttons and boxes of `expected` ("name=state") show, in the same form: the
   // caption, then " [x]" when ticked and " (off)" when disabled.
