@@ -93,9 +93,7 @@ class SheetTest : public QObject, plotmeter::testing::WindowDriver {
   // A rectangle's sides and the scale bar measured in the SVG: exact to 0.1 mm. At 1:1200
   // an inch is 100 feet, so 300 by 200 feet is 76.2 by 50.8 mm.
   void lengthsOnTheSheetAreExact() {
-    window_->openFile(Write("feet.csv",
-                            "44,#0092,3,0,0,58\nH,M,Box\n1,X,,,0,0\n2,X,,,300,0\n"
-                            "3,X,,,300,200\n4,X,,,0,200\n"));
+    OpenRectangle("3", "300", "200");  // in feet
     const QString out = folder_.filePath("sheet.svg");
     QVERIFY(ExportSheet(window_->logic(), {.scale = 1200}, out, dialogs_));
     const SvgSheet sheet = ReadSvg(out);

@@ -31,12 +31,16 @@ class WindowDriver {
     QVERIFY(QTest::qWaitForWindowActive(window_.get()));
   }
 
-  // Writes `text` as the file `name` in the test's folder; returns its path.
-  QString Write(const QString& name, const QString& text) {
-    QFile file(folder_.filePath(name));
-    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write %s", qPrintable(name));
-    file.write(text.toLatin1());
-    return file.fileName();
+  // Opens a survey of one rectangle from (0, 0) to (`x`, `y`), in the unit of length `unit`.
+  void OpenRectangle(const QString& unit, const QString& x, const QString& y) {
+    QFile file(folder_.filePath("rectangle.csv"));
+    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write %s", qPrintable(file.fileName()));
+    const QString text(
+        "44,#0092,%1,0,0,58\nH,M,Rectangle\n1,X,,,0,0\n2,X,,,%2,0\n"
+        "3,X,,,%2,%3\n4,X,,,0,%3\n");
+    file.write(text.arg(unit, x, y).toLatin1());
+    file.close();
+    window_->openFile(file.fileName());
   }
 
   // A control of `parent` (or of the main window) by name; the test ends when there is none.
