@@ -38,14 +38,12 @@ class DataListWindowTest : public QObject, plotmeter::testing::WindowDriver {
     DataListWindow* list = OpenList();
     QCOMPARE(list->windowTitle(), "Data Listing");
     QVERIFY(list->isVisible() && list->isModal());
-    const QStringList boxes({"ShowCkB_0=Input Data [x]", "ShowCkB_1=X/Y Co-ords",
-                             "ShowCkB_2=Bearing/Length", "ShowCkB_3=GPS Co-ords",
-                             "ShowCkB_4=Alternate GPS Co-ords", "ProcdCkB=Processed",
-                             "IncludeCkB_0=Main Perimeter [x]", "IncludeCkB_1=Sub-division [x]",
-                             "IncludeCkB_2=Intermediate Points [x]", "IncludeCkB_3=Other Lines [x]",
-                             "IncludeCkB_4=Stand Alone Points [x]"});
-    QCOMPARE(Shown(list, boxes), boxes);
-    QCOMPARE(Text(list, "FileTagLbl"), "Willow Creek farm");
+    ExpectShown(list,
+                {"ShowCkB_0=Input Data [x]", "ShowCkB_1=X/Y Co-ords", "ShowCkB_2=Bearing/Length",
+                 "ShowCkB_3=GPS Co-ords", "ShowCkB_4=Alternate GPS Co-ords", "ProcdCkB=Processed",
+                 "IncludeCkB_0=Main Perimeter [x]", "IncludeCkB_1=Sub-division [x]",
+                 "IncludeCkB_2=Intermediate Points [x]", "IncludeCkB_3=Other Lines [x]",
+                 "IncludeCkB_4=Stand Alone Points [x]", "FileTagLbl=Willow Creek farm"});
     // The listing's texts are single-byte: the degree mark is byte 176.
     QCOMPARE(Line(list, 3), QString::fromLatin1("  3 B           |     14\xB0"
                                                 "30'      268.4"));

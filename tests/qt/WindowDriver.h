@@ -61,17 +61,21 @@ class WindowDriver {
   static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
   void Click(const QString& button) { Click(Find(button)); }
 
-  // What the buttons and boxes of `expected` ("name=state") show, in the same form: the
-  // caption, then " [x]" when ticked and " (off)" when disabled.
-  static QStringList Shown(const QObject* parent, const QStringList& expected) {
+  // Expects the controls of `expected` ("name=state") to show that state: a label its text, a
+  // button its caption then " [x]" when ticked; either then " (off)" when disabled.
+  static void ExpectShown(const QObject* parent, const QStringList& expected) {
     QStringList shown;
-    for (const QString& name : expected) {
-      auto* control = Find<QAbstractButton>(parent, name.section('=', 0, 0));
-      shown << control->objectName() + '=' + control->text() +
-                   (control->isChecked() ? " [x]" : "") + (control->isEnabled() ? "" : " (off)");
+    for (const QString& state : expected) {
+      const QString name = state.section('=', 0, 0);
+      QWidget* control = Find(parent, name);
+      auto* button = qobject_cast<QAbstractButton*>(control);
+      const QString text = button ? button->text() + (button->isChecked() ? " [x]" : "")
+                                  : Find<QLabel>(parent, name)->text();
+      shown << name + '=' + text + (control->isEnabled() ? "" : " (off)");
     }
-    return shown;
+    QCOMPARE(shown, expected);
   }
+  void ExpectShown(const QStringList& expected) { ExpectShown(window_.get(), expected); }
 
   // A click on the drawing where point `index` is drawn, `off` pixels away.
   void ClickPoint(int index, Qt::MouseButton button = Qt::LeftButton, QPoint off = {}) {
