@@ -87,10 +87,9 @@ class DataInputDialogTest : public QObject, plotmeter::testing::WindowDriver {
       }
       Click(Find(dialog, "ExitBtn_0"));
     });
-    QCOMPARE(Text("AreaValLbl"), "0.12");  // in hectares: the survey is in metres
-    QCOMPARE(Text("TagFileLbl"), "Front field");
+    // In hectares (the survey is in metres); no file yet, so "Save As".
+    ExpectShown({"AreaValLbl=0.12", "TagFileLbl=Front field", "DataBtn_1=Save (off)"});
     QCOMPARE(window_->logic().survey().Datasets.at(0).DatasetTag, "Corner pegs");
-    QVERIFY(!Find("DataBtn_1")->isEnabled());  // no file yet: "Save As"
     dialogs_.files.push_back({.cancelled = false, .path = folder_.filePath("x.csv").toStdString()});
     Click("DataBtn_2");
     QCOMPARE(Text("DatSrcLbl"), "x.csv");
