@@ -15,10 +15,11 @@ using plotmeter::qt::ExportSheet;
 
 namespace {
 
-// What a sheet's SVG draws, in millimetres: straight strokes, unfilled rectangles, texts.
+// What a sheet's SVG draws, in millimetres: straight strokes, texts and the widths of
+// unfilled rectangles (to the tenth).
 struct SvgSheet {
   QList<std::pair<QLineF, QString>> strokes;
-  QList<QRectF> outlines;
+  QList<double> outlines;
   QStringList texts;
 };
 
@@ -41,7 +42,6 @@ SvgSheet ReadSvg(const QString& path) {
   while (!xml.atEnd()) {
     if (xml.readNext() != QXmlStreamReader::StartElement) continue;
     const QXmlStreamAttributes a = xml.attributes();
-    auto number = [&a](const char* name) { return a.value(name).toDouble(); };
     if (xml.name() == u"svg") {
       mm = a.value("width").chopped(2).toDouble() / Numbers(a.value("viewBox")).at(2);
     } else if (xml.name() == u"g") {
@@ -54,8 +54,7 @@ SvgSheet ReadSvg(const QString& path) {
             {{QPointF(n[i - 3], n[i - 2]) * mm, QPointF(n[i - 1], n[i]) * mm}, stroke});
       }
     } else if (xml.name() == u"rect" && fill == "none") {
-      sheet.outlines << QRectF(number("x"), number("y"), number("width"), number("height"));
-      sheet.outlines.last() = QTransform::fromScale(mm, mm).mapRect(sheet.outlines.last());
+      sheet.outlines << std::round(a.value("width").toDouble() * mm * 10) / 10;
     } else if (xml.name() == u"text") {
       sheet.texts << xml.readElementText();
     }
@@ -94,9 +93,7 @@ class SheetTest : public QObject, plotmeter::testing::WindowDriver {
   // A rectangle's sides and the scale bar measured in the SVG: exact to 0.1 mm. At 1:1200
   // an inch is 100 feet, so 300 by 200 feet is 76.2 by 50.8 mm.
   void lengthsOnTheSheetAreExact() {
-    window_->openFile(Write("feet.csv",
-                            "44,#0092,3,0,0,58\nH,M,Box\n1,X,,,0,0\n2,X,,,300,0\n"
-                            "3,X,,,300,200\n4,X,,,0,200\n"));
+    OpenRectangle("3", "300", "200");  // in feet
     const QString out = folder_.filePath("sheet.svg");
     QVERIFY(ExportSheet(window_->logic(), {.scale = 1200}, out, dialogs_));
     const SvgSheet sheet = ReadSvg(out);
@@ -106,9 +103,7 @@ class SheetTest : public QObject, plotmeter::testing::WindowDriver {
     QCOMPARE(Count(sheet, "#00c000", 50.8, false), 1);
     // The scale bar's outline is as long as its label says, and the scale is written above.
     QVERIFY(sheet.texts.contains("100 ft"));
-    QCOMPARE(std::count_if(sheet.outlines.begin(), sheet.outlines.end(),
-                           [](const QRectF& r) { return std::abs(r.width() - 25.4) <= 0.1; }),
-             1);
+    QCOMPARE(sheet.outlines.count(25.4), 1);
     QVERIFY(sheet.texts.contains("Scale 1:1,200 (lengths in Feet)"));
   }
 

@@ -31,12 +31,16 @@ class WindowDriver {
     QVERIFY(QTest::qWaitForWindowActive(window_.get()));
   }
 
-  // Writes `text` as the file `name` in the test's folder; returns its path.
-  QString Write(const QString& name, const QString& text) {
-    QFile file(folder_.filePath(name));
-    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write %s", qPrintable(name));
-    file.write(text.toLatin1());
-    return file.fileName();
+  // Opens a survey of one rectangle from (0, 0) to (`x`, `y`), in the unit of length `unit`.
+  void OpenRectangle(const QString& unit, const QString& x, const QString& y) {
+    QFile file(folder_.filePath("rectangle.csv"));
+    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write %s", qPrintable(file.fileName()));
+    const QString text(
+        "44,#0092,%1,0,0,58\nH,M,Rectangle\n1,X,,,0,0\n2,X,,,%2,0\n"
+        "3,X,,,%2,%3\n4,X,,,0,%3\n");
+    file.write(text.arg(unit, x, y).toLatin1());
+    file.close();
+    window_->openFile(file.fileName());
   }
 
   // A control of `parent` (or of the main window) by name; the test ends when there is none.
@@ -56,23 +60,22 @@ class WindowDriver {
   QString Text(const QString& label) { return Text(window_.get(), label); }
   static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
   void Click(const QString& button) { Click(Find(button)); }
-  // Chooses the item after the current one of a list box, from the keyboard.
-  static void Down(QWidget* list) {
-    list->setFocus();
-    QTest::keyClick(list, Qt::Key_Down);
-  }
 
-  // What the buttons and boxes of `expected` ("name=state") show, in the same form: the
-  // caption, then " [x]" when ticked and " (off)" when disabled.
-  static QStringList Shown(const QObject* parent, const QStringList& expected) {
+  // Expects the controls of `expected` ("name=state") to show that state: a label its text, a
+  // button its caption then " [x]" when ticked; either then " (off)" when disabled.
+  static void ExpectShown(const QObject* parent, const QStringList& expected) {
     QStringList shown;
-    for (const QString& name : expected) {
-      auto* control = Find<QAbstractButton>(parent, name.section('=', 0, 0));
-      shown << control->objectName() + '=' + control->text() +
-                   (control->isChecked() ? " [x]" : "") + (control->isEnabled() ? "" : " (off)");
+    for (const QString& state : expected) {
+      const QString name = state.section('=', 0, 0);
+      QWidget* control = Find(parent, name);
+      auto* button = qobject_cast<QAbstractButton*>(control);
+      const QString text = button ? button->text() + (button->isChecked() ? " [x]" : "")
+                                  : Find<QLabel>(parent, name)->text();
+      shown << name + '=' + text + (control->isEnabled() ? "" : " (off)");
     }
-    return shown;
+    QCOMPARE(shown, expected);
   }
+  void ExpectShown(const QStringList& expected) { ExpectShown(window_.get(), expected); }
 
   // A click on the drawing where point `index` is drawn, `off` pixels away.
   void ClickPoint(int index, Qt::MouseButton button = Qt::LeftButton, QPoint off = {}) {
