@@ -25,23 +25,17 @@ TEST(TextOutputTest, ControlCharactersInCaretNotation) {
 // then says which answer was used. Yes/No questions and boxes that ask nothing are the
 // goldens' (question-answered-no, question-answered-yes); no command asks OK/Cancel.
 TEST(CliDialogsTest, PrintsTheBlockWithTheAnswerUsed) {
-  const struct {
-    Buttons buttons;
-    bool yes;
-    Button answer;
-    std::string answerLine;
-  } rows[] = {{Buttons::OkCancel, false, Button::Cancel, "> Cancel\n"},
-              {Buttons::OkCancel, true, Button::Ok, "> OK\n"}};
-  for (const auto& row : rows) {
+  for (const bool yes : {false, true}) {
     std::ostringstream err;
-    CliDialogs dialogs(err, row.yes);
-    const MessageBox box{.title = "GPS Link issue",
-                         .text = "first line\nsecond line",
-                         .icon = Icon::Question,
-                         .buttons = row.buttons,
-                         .defaultButton = Button::Yes};
-    EXPECT_EQ(dialogs.Show(box), row.answer) << row.answerLine;
-    EXPECT_EQ(err.str(), "[GPS Link issue]\nfirst line\nsecond line\n" + row.answerLine + "\n");
+    CliDialogs dialogs(err, yes);
+    EXPECT_EQ(dialogs.Show(MessageBox{.title = "GPS Link issue",
+                                      .text = "first line\nsecond line",
+                                      .icon = Icon::Question,
+                                      .buttons = Buttons::OkCancel,
+                                      .defaultButton = Button::Yes}),
+              yes ? Button::Ok : Button::Cancel);
+    EXPECT_EQ(err.str(), std::string("[GPS Link issue]\nfirst line\nsecond line\n") +
+                             (yes ? "> OK\n" : "> Cancel\n") + "\n");
   }
 }
 

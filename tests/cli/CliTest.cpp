@@ -42,12 +42,6 @@ class CliTest : public ::testing::Test {
   std::ostringstream out_, err_;
 };
 
-// A unit named by its list text, which holds a space a golden's command cannot.
-TEST_F(CliTest, AreaUnitByName) {
-  EXPECT_EQ(Run({"area", Data("block.csv"), "--unit", "Sq. Meters"}), 0);
-  EXPECT_EQ(out_.str(), "Area: 1,200 Sq. Meters\n");
-}
-
 // On a terminal the file's control bytes are shown harmlessly; into a file or a pipe
 // (the golden "list") they go as they are.
 TEST_F(CliTest, ListShowsControlBytesHarmlesslyOnATerminal) {

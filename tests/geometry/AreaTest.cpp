@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numbers>
 #include <random>
+#include <tuple>
 #include <vector>
 
 #include "geometry/Area.h"
@@ -128,6 +129,7 @@ TEST(AreaTest, FanEqualsShoelaceOnRandomSimplePolygons) {
 // ---- The division of a plot and its part outlines ----
 
 using Outline = std::vector<int>;
+using Outlines = std::array<Outline, 2>;
 
 // The division path of `survey` (which has a sub-division dataset unless `straight`) and
 // the part outlines it makes; the exchange flag of an earlier run is cleared.
@@ -137,18 +139,15 @@ void ExpectDivision(const char* name, const Survey& survey, int startJoin, int e
   SCOPED_TRACE(name);
   std::optional<DivisionPath> path = FindDivisionPath(survey);
   ASSERT_TRUE(path);
-  EXPECT_EQ(path->subDataset, straight ? -1 : 1);
-  EXPECT_EQ(path->startJoin, startJoin);
-  EXPECT_EQ(path->endJoin, endJoin);
-  EXPECT_EQ(path->vertices, vertices);
-  EXPECT_EQ(path->closingOwner, closingOwner);
+  EXPECT_EQ(std::tuple(path->subDataset, path->startJoin, path->endJoin, path->vertices,
+                       path->closingOwner),
+            std::tuple(straight ? -1 : 1, startJoin, endJoin, vertices, closingOwner));
   EXPECT_FLOAT_EQ(DivisionClosingLength(survey, *path), closingLength);
   ProcessingState state;
   state.AreaState = kSegmentsSwapped;
   BuildPartOutlines(survey, state);
   EXPECT_EQ(state.AreaState, kAreaSegmentCount);
-  EXPECT_EQ(state.PartOutlines[0], part1);
-  EXPECT_EQ(state.PartOutlines[1], part2);
+  EXPECT_EQ(state.PartOutlines, (std::array{part1, part2}));
 }
 
 // The square's points are 0 (0, 0), 1 (10, 0), 2 (10, 10) and 3 (0, 10); a sub-division's
@@ -198,8 +197,8 @@ TEST(PartOutlinesTest, NoDivisionLeavesNoOutlines) {
     state.AreaState = kAreaSegmentCount | kSegmentsSwapped;
     state.PartOutlines = {{{1, 2}, {3}}};
     BuildPartOutlines(survey, state);
-    EXPECT_EQ(state.AreaState, 0) << row.joins << " joins";
-    EXPECT_TRUE(state.PartOutlines[0].empty() && state.PartOutlines[1].empty()) << row.joins;
+    EXPECT_EQ(std::tuple(state.AreaState, state.PartOutlines), std::tuple(0, Outlines{}))
+        << row.joins << " joins";
   }
 }
 
