@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -168,25 +167,19 @@ TEST_F(ResolvePointsTest, ResequencedIntermediatesLoseTheNoteAndMarksWhenResolve
 }
 
 // ---- GPS values, through the link point ----
-// An all-GPS survey, with or without a link, GPS intermediates, and plane points given
-// GPS values and a point given both ways its alternates are the goldens' (all-gps*,
-// gps-intermediate*, point-given-both-ways).
+// An all-GPS survey, with or without a link, GPS intermediates, plane points given GPS
+// values and a point given both ways its alternates, and a survey resolved on a 'GPS
+// Only' basis are the goldens' (all-gps*, gps-intermediate*, point-given-both-ways,
+// gps-only-basis).
 
 constexpr double kMinute = 1.0 / 60;
 // One minute of longitude at 33° south, in metres, worked out by hand: 1852 × cos 33°.
 constexpr double kMinuteEastAt33 = 1553.2;
 
-std::string Degrees(double value) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%.9f", value);
-  return text;
-}
-
 // A GPS point before the link point (which a file may not hold) stands at its offset
 // from the link point once that is placed; its GPS values are those entered.
 TEST_F(ResolvePointsTest, GpsPointStandsAtItsOffsetFromTheLinkPoint) {
-  Survey survey = Entered("H,M\n1,G,,,,," + Degrees(151 + kMinute) +
-                          ",-33\n2,B,,,180,50\n3,XL,,,100,200,151,-33");
+  Survey survey = Entered("H,M\n1,G,,,,,151.016666667,-33\n2,B,,,180,50\n3,XL,,,100,200,151,-33");
   ASSERT_TRUE(Resolve(survey));
   EXPECT_NEAR(survey.Points[0].X, 100 + kMinuteEastAt33, 0.05);
   EXPECT_NEAR(survey.Points[0].Y, 200, 1e-3);
@@ -194,20 +187,6 @@ TEST_F(ResolvePointsTest, GpsPointStandsAtItsOffsetFromTheLinkPoint) {
   EXPECT_DOUBLE_EQ(survey.Points[0].GPSLat, -33);
   EXPECT_FALSE(survey.Points[0].HasAlternate);
   EXPECT_NEAR(survey.Points[1].Y, 150, 1e-3);
-}
-
-// Set by the load when the user agrees to go on GPS only: the link point's own X and Y
-// give way.
-TEST_F(ResolvePointsTest, GpsOnlyBasisPlacesEveryGpsPointByItsGpsValues) {
-  Survey survey = Entered("H,M\n1,G,,,,,151,-33\n2,XL,,,500,500,151," + Degrees(-33 + kMinute) +
-                          "\n3,B,,,90,100");
-  survey.FileFlags |= kFileGpsOnly;
-  ASSERT_TRUE(Resolve(survey));
-  EXPECT_TRUE(state.GpsArea);
-  EXPECT_NEAR(survey.Points[1].X, 0, 1e-3);
-  EXPECT_NEAR(survey.Points[1].Y, 1852, 1e-2);
-  EXPECT_FALSE(survey.Points[1].HasAlternate);
-  EXPECT_NEAR(survey.Points[2].X, 100, 1e-3);
 }
 
 TEST_F(ResolvePointsTest, SurveyWithoutGpsClearsOldGpsValues) {
