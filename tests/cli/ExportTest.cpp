@@ -8,7 +8,6 @@
 #include <cmath>
 #include <filesystem>
 #include <nlohmann/json.hpp>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -127,26 +126,19 @@ TEST_F(ExportTest, DividedPlotKmlAgreesWithGeoJson) {
   }
 }
 
-TEST_F(ExportTest, SeveralFilesMakeOneDocumentThatNamesEachFile) {
-  const std::string square = folder_.Write("square.csv", GpsSquare("148.5 E", "35.3 S", false));
-  const std::string out = folder_.Path("all.geojson");
-  EXPECT_EQ(Run({"export", square, kBlock, kPaddock, "--to", "geojson", "-o", out}), 1);
-  EXPECT_EQ(out_.str(), "");
-  EXPECT_TRUE(err_.str().starts_with(kBlock + ": [Export Abort]\n")) << err_.str();
-  const Json document = Json::parse(testing::TestFolder::Contents(out));
-  std::set<std::string> files;
-  for (const Json& feature : document["features"]) {
-    files.insert(feature["properties"]["file"].get<std::string>());
-  }
-  EXPECT_EQ(files, (std::set<std::string>{square, kPaddock}));
-}
-
+// Several files make one document that goes on past a refused file: the golden
+// geojson-of-several-files-past-a-refused-one. Here, OUT as a file.
 TEST_F(ExportTest, OutIsWrittenWholeOrLeftAlone) {
   const std::string square = folder_.Write("square.csv", GpsSquare("148.5 E", "35.3 S", false));
   const std::string kept = testing::TestFolder::Contents(square);
   const std::string out = folder_.Path("out.kml");
   EXPECT_EQ(Run({"export", kBlock, "--to", "kml", "-o", out}), 1);
   EXPECT_FALSE(std::filesystem::exists(out));
+  ASSERT_EQ(Run({"export", square, "--to", "kml"}), 0);
+  const std::string kml = out_.str();
+  EXPECT_EQ(Run({"export", square, "--to", "kml", "-o", out}), 0);
+  EXPECT_EQ(out_.str() + err_.str(), "");
+  EXPECT_EQ(testing::TestFolder::Contents(out), kml);
   // OUT the same as an input is a usage error; the input stays as it was.
   EXPECT_EQ(Run({"export", square, "--to", "csv", "-o", square}), 2);
   EXPECT_TRUE(err_.str().starts_with("plotmeter-cli: ")) << err_.str();

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "geometry/ProcessingState.h"
 #include "geometry/ResolvePoints.h"
@@ -73,24 +74,22 @@ TEST(CheckEnteredPointTest, NamesThePointAndTheFault) {
     }
     const Point before = survey.Points[row.index];
     state.ErrorState = 0x08;
-    const bool accepted = CheckEnteredPoint(survey, state, row.index, dialogs);
+    EXPECT_EQ(CheckEnteredPoint(survey, state, row.index, dialogs), row.fault.empty());
     // Nothing is stored.
-    EXPECT_EQ(survey.Points[row.index].X, before.X);
-    EXPECT_EQ(survey.Points[row.index].Y, before.Y);
-    EXPECT_EQ(state.ErrorState, 0x08);
-    EXPECT_EQ(survey.ValueMarks, 0);
-    EXPECT_EQ(accepted, row.fault.empty());
+    const Point& after = survey.Points[row.index];
+    EXPECT_EQ(std::tuple(after.X, after.Y, state.ErrorState, survey.ValueMarks),
+              std::tuple(before.X, before.Y, 0x08, 0));
     if (row.fault.empty()) {
       EXPECT_TRUE(dialogs.boxes.empty());
       continue;
     }
     ASSERT_EQ(dialogs.boxes.size(), 1u);
-    EXPECT_EQ(dialogs.last().title, "Invalid Interim Point Entry");
-    EXPECT_EQ(dialogs.last().text,
-              "Please correct entry for Point " + std::to_string(row.index + 1) + "\n" + row.fault);
-    EXPECT_EQ(dialogs.last().icon, Icon::Critical);
-    EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
-    EXPECT_EQ(dialogs.beeps, 1);
+    const MessageBox& box = dialogs.last();
+    EXPECT_EQ(std::tuple(box.title, box.text, box.icon, box.buttons, dialogs.beeps),
+              std::tuple("Invalid Interim Point Entry",
+                         "Please correct entry for Point " + std::to_string(row.index + 1) + "\n" +
+                             row.fault,
+                         Icon::Critical, Buttons::Ok, 1));
   }
 }
 
@@ -98,8 +97,7 @@ TEST(CheckEnteredPointTest, IndexOutsideThePointsIsRefusedQuietly) {
   Survey survey = Entered(kSquare);
   ProcessingState state;
   ScriptedDialogs dialogs;
-  EXPECT_FALSE(CheckEnteredPoint(survey, state, -1, dialogs));
-  EXPECT_FALSE(CheckEnteredPoint(survey, state, 4, dialogs));
+  for (int index : {-1, 4}) EXPECT_FALSE(CheckEnteredPoint(survey, state, index, dialogs));
   EXPECT_TRUE(dialogs.boxes.empty());
 }
 
