@@ -1,9 +1,5 @@
-// A user who does anything at all: random clicks on the drawing, every edit button,
-// random text typed into every field of the point entry dialog, every list and box,
-// questions answered either way, loads, saves and new surveys, one after another. After
-// every action the survey must still hold together.
-//
-// The suite runs a bounded session. A long one, with its own seed:
+// A user who does anything at all, in the window and the point entry dialog, questions
+// answered either way; after every action the survey must still hold together. A long run:
 //   PLOTMETER_RANDOM_ACTIONS=1000000 PLOTMETER_RANDOM_SEED=7
 //   plotmeter_tests --gtest_filter='RandomSession*'
 #include <gtest/gtest.h>
