@@ -156,29 +156,19 @@ TEST_F(ProcessingTest, SelectionOutOfViewIsReset) {
   EXPECT_EQ(state.SelectedDataset, 0);
 }
 
-TEST_F(ProcessingTest, DividedPlotOffersItsSegments) {
-  Survey loaded = PerimeterSurvey({{0, 0}, {100, 0}, {100, 100}, {0, 100}});
-  testing::MarkJoins(loaded, 0, 2);
+// An extension offers the enlarged plot first; hidden, the main plot as surveyed. (A plain
+// division's list: the sheet's area lines show it.)
+TEST_F(ProcessingTest, ExtendedPlotOffersItsSegments) {
   display.AreaUnitCmb.index = 0;
-  display.AreaSgmtCmb.index = 2;
-  Run(loaded);
-  EXPECT_TRUE(state.AreaState & kAreaSegmentCount);
-  EXPECT_EQ(display.AreaSgmtCmb.items,
-            (std::vector<std::string>{"Whole Plot", "Part 1", "Part 2"}));
-  EXPECT_TRUE(display.AreaSgmtCmb.visible);
-  EXPECT_EQ(display.AreaValLbl.text, "5,000");
-  EXPECT_FALSE(scene.LotLbl.visible);  // no sub-division dataset to label
-
-  // An extension offers the enlarged plot first.
   display.AreaSgmtCmb.index = 0;
   Run(DividedSurvey(kSquare, 1, 2, {{10, 0}, {15, 5}}, "Creek paddock"));
   EXPECT_EQ(display.AreaSgmtCmb.items,
             (std::vector<std::string>{"Extended Plot", "Main Plot", "Extension"}));
   EXPECT_EQ(display.AreaValLbl.text, "125.0");
-  EXPECT_TRUE(scene.LotLbl.visible);
+  EXPECT_TRUE(scene.LotLbl.visible && display.AreaSgmtCmb.visible);
   display.DisplayOptions = 15 & ~kShowSubDivision;
   Rerun();
-  EXPECT_EQ(display.AreaValLbl.text, "100.0");  // the main plot as surveyed
+  EXPECT_EQ(display.AreaValLbl.text, "100.0");
   EXPECT_FALSE(display.AreaSgmtCmb.visible);
 }
 
