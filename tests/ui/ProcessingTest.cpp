@@ -66,9 +66,8 @@ TEST_F(ProcessingTest, GoodPerimeterShowsItsArea) {
   Run(PerimeterSurvey({{0, 0}, {40, 0}, {40, 40}, {0, 40}}));
   EXPECT_TRUE(dialogs.boxes.empty());
   EXPECT_TRUE(state.ProcessState & kAreaComputed);
-  EXPECT_EQ(display.AreaHdrLbl, "Area");
-  EXPECT_EQ(scene.ScaleLbl, "Window Width / Height = 42.0 Meters");
-  EXPECT_EQ(scene.markers.size(), 4u);
+  EXPECT_EQ(display.AreaHdrLbl + " / " + scene.ScaleLbl,
+            "Area / Window Width / Height = 42.0 Meters");
   EXPECT_FALSE(state.DisplayRequest & kRedrawPending);
 
   Run(PerimeterSurvey(Polygon(kPointLimit)));  // the most points there may be
