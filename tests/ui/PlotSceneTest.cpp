@@ -196,9 +196,7 @@ TEST(PlotSceneTest, ExtentThatCannotBeLaidOutFailsAndClears) {
     EXPECT_FALSE(DrawPlot(PerimeterSurvey({{0, 0}, {bad, 1}, {-3e38f, 2}}), ProcessingState{}, 15,
                           15, scene))
         << bad;
-    EXPECT_TRUE(scene.markers.empty());
-    EXPECT_TRUE(scene.ScaleLbl.empty());
-    EXPECT_FALSE(scene.LotLbl.visible);
+    EXPECT_TRUE(scene.markers.empty() && scene.ScaleLbl.empty() && !scene.LotLbl.visible);
   }
 }
 
