@@ -76,8 +76,10 @@ TEST_F(ProcessingTest, GoodPerimeterShowsItsArea) {
 }
 
 // A failed run shows its box, leaves nothing drawn and no area, and clears the error
-// state but for its kept bits. (The point limit's box: the over-limit golden.)
+// state but for its kept bits.
 TEST_F(ProcessingTest, FailuresResetTheDisplay) {
+  Survey overLimit = PerimeterSurvey(Polygon(200));  // the limit counts every dataset
+  AddDataset(overLimit, kTypeP, std::vector<XY>(11, XY{1, 1}));
   Survey notLaidOut;
   AddDataset(notLaidOut, kTypeN, {{0, 0}, {INFINITY, 3}});
   const struct {
@@ -86,6 +88,9 @@ TEST_F(ProcessingTest, FailuresResetTheDisplay) {
     const char* text;
   } rows[] = {
       {PerimeterSurvey(kSquare), 0, 0x5F, 0x5F & 0xE8, "No data exists"},
+      {overLimit, kDataPresent, 0, 0,
+       "The number of points specified exceeds the program limit of 210\n\n"
+       "Split the data to create multiple non-overlapping areas and add the results"},
       {notLaidOut, kDataPresent, 0x12, 0, "Data could not be displayed"},
   };
   for (const auto& row : rows) {
