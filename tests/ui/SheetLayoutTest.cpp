@@ -38,18 +38,12 @@ class SheetLayoutTest : public ::testing::Test {
 };
 
 TEST(SheetScale, TypedScalesAndPapersAreReadOrRefused) {
-  struct Case {
-    const char* text;
-    std::optional<int> scale;
+  const std::pair<const char*, std::optional<int>> cases[] = {
+      {"1000", 1000},       {"1:1,250", 1250},           {" fit ", 0},
+      {"Fit to page", 0},   {"0", std::nullopt},         {"100000000", 100000000},
+      {"1:", std::nullopt}, {"100000001", std::nullopt}, {"1:1000x", std::nullopt},
   };
-  const Case cases[] = {
-      {"1000", 1000},           {"1:1000", 1000},
-      {"1:1,250", 1250},        {" fit ", 0},
-      {"Fit to page", 0},       {"0", std::nullopt},
-      {"100000000", 100000000}, {"100000001", std::nullopt},
-      {"1:", std::nullopt},     {"1:1000x", std::nullopt},
-  };
-  for (const Case& c : cases) EXPECT_EQ(ParseScale(c.text), c.scale) << '"' << c.text << '"';
+  for (const auto& [text, scale] : cases) EXPECT_EQ(ParseScale(text), scale) << '"' << text << '"';
   EXPECT_EQ(ScaleText(1250), "1:1,250");
   EXPECT_EQ(PaperNamed("letter"), Paper::kLetter);
   EXPECT_EQ(PaperNamed("B5"), std::nullopt);
@@ -65,7 +59,6 @@ TEST(SheetScale, FitToPageTakesTheLargestUsualScaleThatFits) {
   };
   const SizeMm room{170, 200};
   const Case cases[] = {
-      {kUnitMeters, 400, 300, 2500},          // 400 m needs 1:2,353
       {kUnitMeters, 170, 100, 1000},          // exactly 170 mm at 1:1,000
       {kUnitMeters, 10, 400, 2000},           // the height decides, exactly 1:2,000
       {kUnitFeet, 1000, 500, 2400},           // 1:1,793 needed: an inch to 200 feet
@@ -80,8 +73,8 @@ TEST(SheetScale, FitToPageTakesTheLargestUsualScaleThatFits) {
 }
 
 // At 1:N a unit of length is exactly its millimetres / N on the sheet (the inch 25.4 mm,
-// the foot 12 inches, the chain 66 feet, the mile 80 chains), the scale bar's
-// length is what its label says, and the bar fits in its cell.
+// the chain 66 feet, the mile 80 chains; the foot: the window's SheetTest), the scale
+// bar's length is what its label says, and the bar fits in its cell.
 TEST_F(SheetLayoutTest, ScaleAndScaleBarAreExact) {
   struct Case {
     int unit;
@@ -93,10 +86,8 @@ TEST_F(SheetLayoutTest, ScaleAndScaleBarAreExact) {
   };
   const Case cases[] = {
       {kUnitMeters, "100", 1000, 1.0, "20 m", 20},
-      {kUnitFeet, "100", 1200, 0.254, "100 ft", 100},  // an inch to 100 feet
       {kUnitChains, "10", 7920, 2.54, "10 ch", 10},    // an inch to 10 chains
       {kUnitKilometers, "2", 25000, 40.0, "1 km", 1},  // 40 mm to the kilometre
-      {kUnitMeters, "100", 1250, 0.8, "50 m", 50},     // 40 mm
       {kUnitMiles, "1", 63360, 25.4, "1 mi", 1},       // an inch to the mile
   };
   for (const Case& c : cases) {
@@ -109,34 +100,10 @@ TEST_F(SheetLayoutTest, ScaleAndScaleBarAreExact) {
     EXPECT_EQ(sheet.scaleBar.endLabel, c.barLabel);
     EXPECT_NEAR(sheet.scaleBar.length, c.barLength, 1e-12);
     EXPECT_NEAR(sheet.scaleBar.bar.width, c.barLength * c.millimetresPerUnit, 1e-9);
-    EXPECT_GE(sheet.scaleBar.bar.left, sheet.scaleCell.left);
-    EXPECT_LE(sheet.scaleBar.bar.right(), sheet.scaleCell.right());
-    EXPECT_LE(sheet.scaleBar.bar.bottom(), sheet.scaleCell.bottom());
-  }
-}
-
-// The frame and the block fill the paper inside its margin without overlapping, in every
-// paper size and both ways round.
-TEST_F(SheetLayoutTest, FrameAndBlockShareEveryPaper) {
-  Load(Rectangle(kUnitMeters, "100", "60"));
-  for (Paper paper : kPapers) {
-    for (bool landscape : {false, true}) {
-      SCOPED_TRACE(std::string(PaperName(paper)) + (landscape ? " landscape" : " portrait"));
-      const Sheet sheet = LayOut(0, paper, landscape);
-      EXPECT_EQ(sheet.paper.width > sheet.paper.height, landscape);
-      EXPECT_GT(sheet.frame.left, 0);
-      EXPECT_GT(sheet.frame.top, 0);
-      EXPECT_DOUBLE_EQ(sheet.block.top, sheet.frame.bottom());
-      EXPECT_LT(sheet.block.bottom(), sheet.paper.height);
-      EXPECT_LT(sheet.frame.right(), sheet.paper.width);
-      EXPECT_DOUBLE_EQ(sheet.titleCell.left, sheet.block.left);
-      EXPECT_DOUBLE_EQ(sheet.scaleCell.left, sheet.titleCell.right());
-      EXPECT_DOUBLE_EQ(sheet.legendCell.left, sheet.scaleCell.right());
-      EXPECT_NEAR(sheet.legendCell.right(), sheet.block.right(), 1e-9);
-      EXPECT_GT(sheet.titleCell.width, 40);
-      EXPECT_LT(sheet.northArrow.right(), sheet.frame.right());
-      EXPECT_TRUE(sheet.fits);
-    }
+    const RectMm& bar = sheet.scaleBar.bar;
+    const RectMm& cell = sheet.scaleCell;
+    EXPECT_TRUE(bar.left >= cell.left && bar.right() <= cell.right() &&
+                bar.bottom() <= cell.bottom());
   }
 }
 
@@ -144,10 +111,8 @@ TEST_F(SheetLayoutTest, AScaleTooLargeForThePaperSaysSo) {
   Load(Rectangle(kUnitMeters, "100", "60"));
   const Sheet fitted = LayOut(0);
   EXPECT_EQ(fitted.scale, 1000);
-  EXPECT_EQ(fitted.fittingScale, 1000);
   EXPECT_TRUE(fitted.fits);
   EXPECT_EQ(FitNote(fitted), "");
-  EXPECT_EQ(LayOut(1000, Paper::kA4, true).scale, 1000);
 
   const Sheet cut = LayOut(500);
   EXPECT_FALSE(cut.fits);  // 200 mm across a frame 190 mm wide
@@ -161,11 +126,9 @@ TEST_F(SheetLayoutTest, WithoutAUnitOfLengthThePlotIsOnlyFitted) {
   Load(Rectangle(kUnitNotSpecified, "100", "60"));
   const Sheet sheet = LayOut(500);
   EXPECT_EQ(sheet.scale, 0);
-  EXPECT_TRUE(sheet.fits);
   EXPECT_EQ(sheet.scaleLine,
             "No true scale: fitted to the page, the unit of length is not specified");
   EXPECT_TRUE(sheet.scaleBar.endLabel.ends_with(" units"));
-  EXPECT_NEAR(sheet.scaleBar.bar.width, sheet.scaleBar.length * sheet.millimetresPerUnit, 1e-9);
   // The plot fills the room across: the frame less the padding on both sides.
   EXPECT_NEAR(100 * sheet.millimetresPerUnit, sheet.frame.width - 16, 1e-9);
   EXPECT_EQ(sheet.areaLines, std::vector<std::string>{"6,000 Sq. 'Not specified' Units"});
@@ -179,31 +142,26 @@ TEST_F(SheetLayoutTest, TheBlockNamesTheFileAndBothPartsOfADividedPlot) {
   EXPECT_EQ(sheet.date, "2024-05-31");
   EXPECT_EQ(sheet.scaleLine, "Scale 1:5,000 (lengths in Meters)");
   EXPECT_EQ(sheet.areaHeading, "Area");
-  ASSERT_EQ(sheet.areaLines.size(), 3u);
-  EXPECT_TRUE(sheet.areaLines[0].starts_with("Whole Plot: "));
-  EXPECT_TRUE(sheet.areaLines[1].starts_with("Part 1: "));
-  EXPECT_TRUE(sheet.areaLines[2].starts_with("Part 2: "));
-  for (const std::string& line : sheet.areaLines) EXPECT_TRUE(line.ends_with(" Hectares"));
+  std::string parts;  // the values are the CLI's
+  for (const std::string& line : sheet.areaLines) parts += line.substr(0, line.find(':')) + ";";
+  EXPECT_EQ(parts, "Whole Plot;Part 1;Part 2;");
   EXPECT_EQ(sheet.legend.size(), 3u);  // what the farm's drawing uses: SheetLegend's
 
   // An untagged file is titled by its name.
   Load("44,#0092,1,0,0,58\nH,M\n1,X,,,0,0\n2,X,,,10,0\n3,X,,,10,10\n");
   EXPECT_EQ(LayOut(0).title, "plot.csv");
-  EXPECT_EQ(LayOut(0).areaLines, std::vector<std::string>{"0.01 Hectares"});
 }
 
 // The legend lists the symbols the drawing uses, and only those, in a fixed order.
 TEST(SheetLegend, ASymbolShowsOnlyWhatTheDrawingUses) {
   PlotScene scene;
-  scene.markers.push_back({.role = MarkerRole::kStandAlone});
   scene.lines.push_back({.role = LineRole::kError});
   std::vector<LegendEntry> legend = LegendOf(scene);
-  ASSERT_EQ(legend.size(), 2u);
-  EXPECT_EQ(legend[0].marker, MarkerRole::kStandAlone);
-  EXPECT_EQ(legend[0].line, std::nullopt);
-  EXPECT_EQ(legend[1].line, LineRole::kError);
-  EXPECT_EQ(legend[1].marker, std::nullopt);  // no red marker was drawn
+  ASSERT_EQ(legend.size(), 1u);
+  EXPECT_EQ(legend[0].line, LineRole::kError);
+  EXPECT_EQ(legend[0].marker, std::nullopt);  // no red marker was drawn
 
+  scene.markers = {{.role = MarkerRole::kIntermediate}, {.role = MarkerRole::kStandAlone}};
   for (LineRole role :
        {LineRole::kAlternate, LineRole::kClosing, LineRole::kOther, LineRole::kPerimeter}) {
     scene.lines.push_back({.role = role});
@@ -215,12 +173,10 @@ TEST(SheetLegend, ASymbolShowsOnlyWhatTheDrawingUses) {
                        "Start Point & Closing Line (Main / Sub-div only)",
                        "Other Lines (e.g. roads / fences)",
                        "Stand Alone Points (e.g buildings, dams, windmills)",
+                       "Intermediate Points (not shape defining)",
                        "Point Alternate position as defined from GPS",
                        "Crossing Lines and their end points",
                    }));
-  scene.lines.clear();
-  scene.markers = {{.role = MarkerRole::kIntermediate}};
-  EXPECT_EQ(LegendOf(scene)[0].text, "Intermediate Points (not shape defining)");
 }
 
 }  // namespace
