@@ -81,7 +81,7 @@ TEST(DataFileReaderTest, GoodFileFillsSettingsDatasetsAndPoints) {
   Survey expected =
       Entered(Latin1("H,M\n1,XL,,,0,0,150.5,-33.5\n2,XJ,,,40,0\n3,B,,,0,30\n4,XJ,,,0,30\n"
                      "H,S\n5,D,,,40,0\n6,X,,,20,15\n"
-                     "H,L\n7,R,1\n8,BI,7,,45\n9,B,,,45,10\n"
+                     "H,L\n7,R,1\n8,BI,7,,45,5\n9,B,,,45,10\n"
                      "H,P\n10,X,,,10,10\n11,CF,10,,90°,5\n12,G,,,,,150.6,-33.4"));
   expected.SubValueSeparator = ':';
   expected.FileTag = "Test lot";
