@@ -16,10 +16,7 @@ TEST(TypeLettersTest, LetterThenFlagsInOrderAndBack) {
   } rows[] = {
       {kPtXY, kMarkDummy, "D"},
       {kPtReference | kPtJoin, 0, "RJ"},
-      {kPtGps | kPtAltGps, 0, "GA"},
       {kPtGps | kPtLink, 0, "GL"},
-      {kPtGps | kPtIntermediate, 0, "GI"},
-      {kPtXY | kPtGps | kPtAltGps, 0, "XA"},
       {kPtXY | kPtGps | kPtAltGps | kPtLink, 0, "XL"},
       {kPtBearing | kPtReference, kMarkCompass, "CF"},
       {kPtBearing | kPtGps | kPtAltGps | kPtIntermediate | kPtJoin | kPtReference, kMarkShared,

@@ -24,17 +24,14 @@ TEST(NumberFormatTest, DoublesAsThePatternAsks) {
     const char* expected;
   } rows[] = {
       // The least and the most decimals; "#"s before the point add nothing.
-      {12.5, "#0.0#####", "12.5"}, {12, "#0.0#####", "12.0"}, {0.1234567, "#0.0#####", "0.123457"},
-      {-0.12345678, "0.0######", "-0.1234568"}, {2.0004, "#0.###", "2"}, {0.04, "#0.###", "0.04"},
-      {1234567, "#####0", "1234567"}, {0.0, "#0.0", "0.0"}, {1e21, "#0", "1000000000000000000000"},
+      {12, "#0.0#####", "12.0"}, {0.1234567, "#0.0#####", "0.123457"}, {2.0004, "#0.###", "2"},
+      {1e21, "#0", "1000000000000000000000"},
       // Half away from zero on the decimal value, not on the binary one; carries through
-      // every digit.
-      {2.675, "#0.0#", "2.68"}, {-1.25, "#0.0", "-1.3"}, {0.5, "#0", "1"},
-      {99.999, "##0.0#", "100.0"},
-      // No "-0".
-      {-0.0, "#0", "0"}, {-0.4, "#0", "0"}, {-0.00001, "#0.0###", "0.0"},
+      // every digit; no "-0".
+      {2.675, "#0.0#", "2.68"}, {-1.25, "#0.0", "-1.3"}, {99.999, "##0.0#", "100.0"},
+      {-0.4, "#0", "0"},
       // Grouping, counted from the right.
-      {1234567.8, "#,##0", "1,234,568"}, {123, "#,##0", "123"}, {-1234, "#,##0", "-1,234"}};
+      {1234567.8, "#,##0", "1,234,568"}, {-1234, "#,##0", "-1,234"}};
   // clang-format on
   for (const auto& row : rows) {
     EXPECT_EQ(FormatNumber(row.value, row.pattern), row.expected)
@@ -44,11 +41,8 @@ TEST(NumberFormatTest, DoublesAsThePatternAsks) {
 
 TEST(NumberFormatTest, FloatsIntegersAndNonFiniteValues) {
   EXPECT_EQ(FormatNumber(0.1f, "#0.0#####"), "0.1");
-  EXPECT_EQ(FormatNumber(5.7f, "#0"), "6");
   // As a double the same float is 0.100000001490116..., which keeps its tail.
   EXPECT_EQ(FormatNumber(static_cast<double>(0.1f), "#0.0#########"), "0.1000000015");
-  EXPECT_EQ(FormatNumber(-0.25f, "#0"), "0");
-  EXPECT_EQ(FormatNumber(42, "#0.0##"), "42.0");
   EXPECT_EQ(FormatNumber(std::numeric_limits<int>::min(), "#,##0"), "-2,147,483,648");
   EXPECT_EQ(FormatNumber(std::numeric_limits<double>::infinity(), "#0"), "Infinity");
   EXPECT_EQ(FormatNumber(-std::numeric_limits<float>::infinity(), "#0"), "-Infinity");
@@ -81,16 +75,15 @@ TEST(ValueFormatTest, Bearings) {
     const char* expected;  // UTF-8: "°" stands for code 176
   } rows[] = {
       // Into [0, 360) in place; a tiny negative that adding 360 rounds to 360 itself is 0.
-      {kScreen, 0, 27.5f, "27.5"}, {kScreen, 0, -90, "270.0"}, {kScreen, 0, 360, "0.0"},
-      {kScreen, 0, -1e-8f, "0.0"}, {kFileDecimal, 0, 27.5f, "27.5"},
+      {kScreen, 0, -90, "270.0"}, {kScreen, 0, 360, "0.0"}, {kScreen, 0, -1e-8f, "0.0"},
+      {kFileDecimal, 0, 27.5f, "27.5"},
       // Decimal minutes; minutes that would show as 60.0 carry into the degrees.
       {kFileMinutes, 0, 30.5f, "30° 30.0'"}, {kFileMinutes, kTight, 30.5f, "30°30.0'"},
-      {kFileMinutes, 0, 30, "30°"}, {kFileMinutes, 0, 0.99999994f, "1°"},
+      {kFileMinutes, 0, 0.99999994f, "1°"},
       // Seconds (1/64 degree is exact in a float: 56.25 seconds); seconds that round to 60
       // carry into the minutes and on into the degrees.
-      {kFileSeconds, kTight, 27.75f, "27°45'"}, {kFileSeconds, 0, 45, "45°"},
-      {kFileSeconds, 0, 10.015625f, "10° 0' 56.25\""}, {kFileSeconds, 0, 0.99999994f, "1°"},
-      {kFileSeconds, 0, 1.0166666f, "1° 1'"}};
+      {kFileSeconds, kTight, 27.75f, "27°45'"}, {kFileSeconds, 0, 10.015625f, "10° 0' 56.25\""},
+      {kFileSeconds, 0, 0.99999994f, "1°"}, {kFileSeconds, 0, 1.0166666f, "1° 1'"}};
   // clang-format on
   for (const auto& row : rows) {
     float bearing = row.bearing;
@@ -116,11 +109,10 @@ TEST(ValueFormatTest, GpsAngles) {
       {kScreen, 0, 190, "170.0 W"}, {kScreen, kLat, -33.5, "33.5 S"}, {kScreen, 0, 180, "180.0 E"},
       {kScreen, kGpsTight, 151.2, "151.2E"}, {kScreen, kLat | kGpsTight, -0.0, "0.0N"},
       // A longitude outside [0, 360) is brought into it first.
-      {kScreen, 0, -10, "10.0 W"}, {kFileDecimal, kLat, -33.5, "33.5 S"},
-      {kFileMinutes, kLat | kGpsTight, -33.5, "33°30.0'S"},
+      {kScreen, 0, -10, "10.0 W"}, {kFileMinutes, kLat | kGpsTight, -33.5, "33°30.0'S"},
       {kFileSeconds, 0, 151.2, "151° 12' E"},
       {kFileSeconds, kLat, -(33 + 30 / 60.0 + 15.5 / 3600), "33° 30' 15.5\" S"},
-      {kFileSeconds, kLat, 89.99999999999, "90° N"}, {kFileMinutes, 0, 179.9999999999, "180° E"}};
+      {kFileSeconds, kLat, 89.99999999999, "90° N"}};
   // clang-format on
   for (const auto& row : rows) {
     EXPECT_EQ(FormatGpsAngle(Settings(row.options), row.style, row.value), Latin1(row.expected))
@@ -137,8 +129,8 @@ TEST(ValueFormatTest, Lengths) {
     const char* expected;
   } rows[] = {
       // The deliberate rounding of the whole part; the sign kept where it rounds to 0.
-      {kFileMinutes, kUnitFeet, 5.7f, "6\\8.4"}, {kFileMinutes, kUnitFeet, 5, "5"},
-      {kFileMinutes, kUnitMiles, 2.5f, "3\\880.0"}, {kFileMinutes, kUnitFeet, -0.25f, "-0\\3.0"},
+      {kFileMinutes, kUnitFeet, 5.7f, "6\\8.4"}, {kFileMinutes, kUnitMiles, 2.5f, "3\\880.0"},
+      {kFileMinutes, kUnitFeet, -0.25f, "-0\\3.0"},
       // Meters are never split; nor is anything off a write or with plain lengths. A
       // negative value keeps two more decimals.
       {kFileMinutes, kUnitMeters, 5.7f, "5.7"}, {kScreen, kUnitFeet, 5.7f, "5.7"},

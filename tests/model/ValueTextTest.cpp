@@ -31,17 +31,14 @@ TEST(ValueTextTest, AnglesReadAsListed) {
   const AngleRow rows[] = {
       {"27.7138888888889", k274250}, {"27d42m50s", k274250}, {"27°42'50\"", k274250},
       {"27 degrees 42 minutes 50 seconds", k274250}, {"27 DEG 42 MIN 50 SEC", k274250},
-      {"27°42'50", k274250}, {"27ø42'50\"", k274250}, {"  27:42:50  ", k274250, 0, ':'},
-      {"27  42", 27.7, 0, ' '}, {"27°42'", 27.7}, {"27°42", 27.7},
-      {"27d50s", k270050}, {"27°'50\"", k270050},
-      {"10d75m", 11.25, kOver}, {"10°74'60\"", 11.25, kOver},
+      {"27ø42'50\"", k274250}, {"  27:42:50  ", k274250, 0, ':'}, {"27°42", 27.7},
+      {"27d50s", k270050}, {"10d75m", 11.25, kOver}, {"10°74'60\"", 11.25, kOver},
       // Brought into [0, 360) without looping, and never -0.
-      {"-30", 330}, {"690", 330}, {"-27°30'", 332.5}, {"360", 0}, {"+45", 45},
-      {"1e300", std::fmod(1e300, 360.0)}, {"1e6", 1e6 - 2777 * 360.0}, {"-1e-20", 0}, {"-0", 0},
-      {"10:", 10, 0, ':'}, {"10::", 10, 0, ':'},
+      {"-27°30'", 332.5}, {"690", 330}, {"360", 0}, {"1e300", std::fmod(1e300, 360.0)},
+      {"-1e-20", 0}, {"10::", 10, 0, ':'},
       // Not numbers.
-      {"   ", 0, kBad}, {"30'", 0, kBad}, {"27°42'50\"x", 0, kBad}, {"°30'", 0, kBad},
-      {"27°-30'", 0, kBad}, {"27:42:50:10", 0, kBad, ':'}, {"27 42", 0, kBad}, {"1e400", 0, kBad},
+      {"   ", 0, kBad}, {"30'", 0, kBad}, {"27°42'50\"x", 0, kBad}, {"27°-30'", 0, kBad},
+      {"27:42:50:10", 0, kBad, ':'}, {"27 42", 0, kBad}, {"1e400", 0, kBad},
       // The minutes were read before the seconds failed.
       {"27d75m5x", 0, kOver | kBad}};
   // clang-format on
@@ -75,7 +72,7 @@ TEST(ValueTextTest, DeclinationAppliesOnlyToCompassPoints) {
     float declination;
     int pointIndex;
     double expected;
-  } rows[] = {{2, 1, 8}, {12, 1, 358}, {2, -1, 10}, {0, 1, 10}, {2, 2, 10}, {2, 0, 10}};
+  } rows[] = {{12, 1, 358}, {2, -1, 10}, {2, 2, 10}, {2, 0, 10}};
   for (const auto& row : rows) {
     Survey survey;
     survey.Points.resize(2);
@@ -94,14 +91,11 @@ TEST(ValueTextTest, LengthsReadAsListed) {
     const char* text;
     float expected;  // 0, with kValueNotNumber, for the texts that are no length
   } rows[] = {
-      {kUnitFeet, "5.5", 5.5f}, {kUnitFeet, "5\\6", 5.5f}, {kUnitFeet, "5'6", 5.5f},
       {kUnitFeet, "5' 6\"", 5.5f}, {kUnitFeet, "5 \\ 6", 5.5f}, {kUnitFeet, "5'", 5},
-      {kUnitFeet, "5\\18", 6.5f}, {kUnitFeet, "-0\\3", -0.25f}, {kUnitMeters, "+12.5", 12.5f},
-      {kUnitMiles, "2\\880", 2.5f}, {kUnitChains, "3\\25", 3.25f}, {kUnitNotSpecified, " 7 ", 7},
+      {kUnitFeet, "5\\18", 6.5f}, {kUnitFeet, "-0\\3", -0.25f}, {kUnitChains, "3\\25", 3.25f},
       // Not lengths; the apostrophe ends feet only.
-      {kUnitFeet, "", 0}, {kUnitFeet, "\\6", 0}, {kUnitFeet, "6\"", 0}, {kUnitFeet, "5\\-6", 0},
-      {kUnitFeet, "5\\6\\7", 0}, {kUnitMeters, "5\\6", 0}, {kUnitMeters, "1e39", 0},
-      {kUnitChains, "5'6", 0}};
+      {kUnitFeet, "", 0}, {kUnitFeet, "\\6", 0}, {kUnitFeet, "5\\-6", 0}, {kUnitFeet, "5\\6\\7", 0},
+      {kUnitMeters, "5\\6", 0}, {kUnitMeters, "1e39", 0}, {kUnitChains, "5'6", 0}};
   // clang-format on
   for (const auto& row : rows) {
     Survey survey;
@@ -134,18 +128,15 @@ TEST(GpsTextTest, LatitudesAndLongitudesReadAsListed) {
     const char* text;  // UTF-8: "°" is read as code 176
     std::optional<double> expected;
   } rows[] = {
-      {true, "s 33.5", -33.5}, {true, "33.5S", -33.5}, {true, "-33.5", -33.5},
-      {true, "S33 30", -33.5}, {true, "33d30m15.5s S", -k333015}, {true, "+12.25", 12.25},
+      {true, "s 33.5", -33.5}, {true, "33.5S", -33.5}, {true, "33d30m15.5s S", -k333015},
       {true, "  N 12 15  ", 12.25}, {true, "90 S", -90}, {true, "S0", 0},
       // A final "s" straight after digits is the seconds word when the angle is written
       // with word markers.
       {true, "12d15m36s", 12.26},
-      {true, "S", kNone}, {true, "S33.5S", kNone}, {true, "S-33.5", kNone},
-      {true, "E33.5", kNone}, {true, "90.0001", kNone}, {true, "33 60 S", kNone},
-      {true, "33 S 30", kNone}, {true, "33.5x", kNone},
-      {false, "151.2E", 151.2}, {false, "e 151 12", 151.2}, {false, "W 20.5", 339.5},
-      {false, "-170", 190}, {false, "W180", 180}, {false, "W0", 0}, {false, "1.5e2", 150},
-      {false, "E151.2W", kNone}, {false, "W-20", kNone}, {false, "N151", kNone},
+      {true, "S", kNone}, {true, "S33.5S", kNone}, {true, "S-33.5", kNone}, {true, "E33.5", kNone},
+      {true, "90.0001", kNone}, {true, "33 60 S", kNone}, {true, "33 S 30", kNone},
+      {false, "e 151 12", 151.2}, {false, "W 20.5", 339.5}, {false, "-170", 190},
+      {false, "W180", 180}, {false, "W0", 0}, {false, "W-20", kNone}, {false, "N151", kNone},
       {false, "190", kNone}, {false, "180.5 W", kNone}, {false, "151 12 30 45 E", kNone}};
   // clang-format on
   Survey survey;
