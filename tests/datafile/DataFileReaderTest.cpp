@@ -3,6 +3,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "datafile/DataFileReader.h"
 #include "datafile/LoadCheck.h"
@@ -48,12 +49,9 @@ bool Load(Survey& survey, const std::string& text, ScriptedDialogs& dialogs) {
 }
 
 // The box's kind and buttons; its words are the goldens' (tests/golden/reader).
-void ExpectBox(const MessageBox& box, const std::string& title, Icon icon, Buttons buttons,
-               Button defaultButton = Button::Ok) {
-  EXPECT_EQ(box.title, title);
-  EXPECT_EQ(box.icon, icon);
-  EXPECT_EQ(box.buttons, buttons);
-  EXPECT_EQ(box.defaultButton, defaultButton);
+using BoxKind = std::tuple<std::string, Icon, Buttons, Button>;
+BoxKind KindOf(const MessageBox& box) {
+  return {box.title, box.icon, box.buttons, box.defaultButton};
 }
 
 // One critical box for fault `code` at `point` (1-based, 0 for none), after one beep, and
@@ -61,7 +59,8 @@ void ExpectBox(const MessageBox& box, const std::string& title, Icon icon, Butto
 // fault 14 names the missing point, 99 in its row below.
 void ExpectAborted(const Survey& survey, const ScriptedDialogs& dialogs, int code, int point) {
   ASSERT_FALSE(dialogs.boxes.empty());
-  ExpectBox(dialogs.last(), "File Read Abort", Icon::Critical, Buttons::Ok);
+  EXPECT_EQ(KindOf(dialogs.last()),
+            BoxKind("File Read Abort", Icon::Critical, Buttons::Ok, Button::Ok));
   const std::string suffix = point > 0 ? " [Point " + std::to_string(point) + "]" : "";
   EXPECT_EQ(dialogs.last().text,
             ReadFaultMessage(code, 99) + suffix + "\nPlease correct for a valid file");
@@ -229,33 +228,24 @@ bool LoadGolden(Survey& survey, const std::string& name, ScriptedDialogs& dialog
 }
 
 // Every point of the main dataset carries GPS values, so a 'GPS Only' calculation is
-// possible although GPS-only points come before the link point. No (the default) refuses.
-TEST(DataFileReaderTest, GpsOnlyQuestionAnsweredYesOrNo) {
-  for (bool yes : {true, false}) {
-    Survey survey;
-    ScriptedDialogs dialogs;
-    if (yes) dialogs.answers.push_back(Button::Yes);
-    EXPECT_EQ(LoadGolden(survey, "gps-only-possible.csv", dialogs), yes);
-    ASSERT_EQ(dialogs.boxes.size(), yes ? 1u : 2u);
-    ExpectBox(dialogs.boxes[0], "GPS Link issue", Icon::Question, Buttons::YesNo, Button::No);
-    if (yes) {
-      EXPECT_EQ(dialogs.beeps, 0);
-      EXPECT_EQ(survey.FileFlags, kFileGpsOnly | kFileOption);
-      EXPECT_EQ(survey.PointCount(), 4);
-    } else {
-      ExpectAborted(survey, dialogs, 25, 1);
-    }
-  }
-}
-
-TEST(DataFileReaderTest, LinkOfAllGpsDataIsIgnored) {
-  Survey survey;
+// possible although GPS-only points come before the link point: a question, No by default
+// (what No does is the gps-link golden's). A link in a survey of GPS values alone is
+// dropped, with a warning.
+TEST(DataFileReaderTest, GpsOnlyQuestionAndIgnoredLink) {
+  Survey survey, allGps;
   ScriptedDialogs dialogs;
-  ASSERT_TRUE(LoadGolden(survey, "link-of-all-gps-data.csv", dialogs));
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  ExpectBox(dialogs.boxes[0], "GPS Link issue", Icon::Exclamation, Buttons::Ok);
-  EXPECT_EQ(survey.Points[1].PtFlags, kPtGps);
-  EXPECT_FALSE(survey.FileFlags & kFileOption);
+  dialogs.answers.push_back(Button::Yes);
+  ASSERT_TRUE(LoadGolden(survey, "gps-only-possible.csv", dialogs));
+  ASSERT_TRUE(LoadGolden(allGps, "link-of-all-gps-data.csv", dialogs));
+  ASSERT_EQ(dialogs.boxes.size(), 2u);
+  EXPECT_EQ(KindOf(dialogs.boxes[0]),
+            BoxKind("GPS Link issue", Icon::Question, Buttons::YesNo, Button::No));
+  EXPECT_EQ(KindOf(dialogs.boxes[1]),
+            BoxKind("GPS Link issue", Icon::Exclamation, Buttons::Ok, Button::Ok));
+  EXPECT_EQ(dialogs.beeps, 0);
+  EXPECT_EQ(survey.FileFlags, kFileGpsOnly | kFileOption);
+  EXPECT_EQ(allGps.FileFlags & kFileOption, 0);
+  EXPECT_EQ(allGps.Points[1].PtFlags, kPtGps);
 }
 
 // ---- Robustness: bad input gets a message, never a crash or a hang; forgiving input
