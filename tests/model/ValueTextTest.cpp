@@ -35,10 +35,12 @@ TEST(ValueTextTest, AnglesReadAsListed) {
       {"27d50s", k270050}, {"10d75m", 11.25, kOver}, {"10°74'60\"", 11.25, kOver},
       // Brought into [0, 360) without looping, and never -0.
       {"-27°30'", 332.5}, {"690", 330}, {"360", 0}, {"1e300", std::fmod(1e300, 360.0)},
-      {"-1e-20", 0}, {"10::", 10, 0, ':'},
+      {"-1e-20", 0}, {"10::", 10, 0, ':'}, {".5", 0.5},
       // Not numbers.
       {"   ", 0, kBad}, {"30'", 0, kBad}, {"27°42'50\"x", 0, kBad}, {"27°-30'", 0, kBad},
       {"27:42:50:10", 0, kBad, ':'}, {"27 42", 0, kBad}, {"1e400", 0, kBad},
+      // Numbers as the system reads them, but not as a surveyor writes them.
+      {"inf", 0, kBad}, {"0x1A", 0, kBad}, {"1,5", 0, kBad}, {"1e", 0, kBad}, {"-", 0, kBad},
       // The minutes were read before the seconds failed.
       {"27d75m5x", 0, kOver | kBad}};
   // clang-format on
@@ -52,13 +54,16 @@ TEST(ValueTextTest, AnglesReadAsListed) {
   }
 }
 
-// The survey's own degree mark comes before code 176; marks add up until the caller
-// clears them.
-TEST(ValueTextTest, OwnDegreeCharAndMarksThatAddUp) {
+// The survey's own degree mark and separator are read, the mark as well as code 176, also
+// in GPS values; marks add up until the caller clears them.
+TEST(ValueTextTest, OwnDegreeCharAndSeparatorAndMarksThatAddUp) {
   Survey survey;
   survey.DegreeChar = '*';
+  survey.SubValueSeparator = ':';
   EXPECT_NEAR(ParseAngleText(survey, "27*42'"), 27.7, 1e-9);
   EXPECT_NEAR(ParseAngleText(survey, Latin1("27°42'")), 27.7, 1e-9);
+  EXPECT_NEAR(*ParseGpsLatitude(survey, "S33:30"), -33.5, 1e-9);
+  EXPECT_NEAR(*ParseGpsLongitude(survey, "20*30' W"), 339.5, 1e-9);
   EXPECT_EQ(survey.ValueMarks, 0);
   ParseAngleText(survey, "10d75m");
   ParseAngleText(survey, "abc");
@@ -105,17 +110,6 @@ TEST(ValueTextTest, LengthsReadAsListed) {
   }
 }
 
-TEST(ValueTextTest, ReadNumberIsStrict) {
-  EXPECT_EQ(ReadNumber(" 1.5 "), 1.5);
-  EXPECT_EQ(ReadNumber("-2e3"), -2000);
-  EXPECT_EQ(ReadNumber("1."), 1);
-  EXPECT_EQ(ReadNumber(".5"), 0.5);
-  for (const char* text :
-       {"", "-", "+", "1 2", "1,5", "--1", "inf", "1e", ".", "0x1A", "e5", "1.2.3"}) {
-    EXPECT_FALSE(ReadNumber(text).has_value()) << '"' << text << '"';
-  }
-}
-
 constexpr double k333015 = 33 + 30 / 60.0 + 15.5 / 3600;
 constexpr std::nullopt_t kNone = std::nullopt;
 
@@ -148,15 +142,6 @@ TEST(GpsTextTest, LatitudesAndLongitudesReadAsListed) {
     EXPECT_NEAR(*read, *row.expected, 1e-9) << row.text;
     EXPECT_FALSE(std::signbit(*read) && *read == 0) << row.text;  // no -0
   }
-}
-
-TEST(GpsTextTest, TheSurveysSeparatorAndDegreeCharAreRead) {
-  Survey survey;
-  survey.SubValueSeparator = ':';
-  survey.DegreeChar = '*';
-  EXPECT_NEAR(*ParseGpsLatitude(survey, "S33:30"), -33.5, 1e-9);
-  EXPECT_NEAR(*ParseGpsLongitude(survey, "20*30' W"), 339.5, 1e-9);
-  EXPECT_EQ(survey.ValueMarks, 0);
 }
 
 }  // namespace
