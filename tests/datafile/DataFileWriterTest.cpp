@@ -3,6 +3,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "datafile/DataFileWriter.h"
 #include "support/PlotSurveys.h"
@@ -106,15 +107,13 @@ TEST(DataFileWriterTest, PlainLayoutWithoutHeadingsAndTheOtherDatasetHeaders) {
   EXPECT_EQ(Written(survey), Golden("plain-layout.csv"));
 }
 
-struct RefusalRow {
-  const char* name;
-  void (*change)(Survey&);
-  int fault;
-};
-
 TEST(DataFileWriterTest, RefusedSurveysWriteNothing) {
   // clang-format off
-  const RefusalRow rows[] = {
+  const struct {
+    const char* name;
+    void (*change)(Survey&);
+    int fault;
+  } rows[] = {
     {"TwoPoints", [](Survey& s) { s.Points.pop_back(); }, kWriteTooFewPoints},
     {"GpsOnlyPointWithoutLink", [](Survey& s) { s.Points[2].PtFlags = kPtGps; },
      kWriteGpsWithoutLink},
@@ -135,7 +134,7 @@ TEST(DataFileWriterTest, RefusedSurveysWriteNothing) {
      kWriteUnreadable},
   };
   // clang-format on
-  for (const RefusalRow& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     Survey survey = Triangle();
     row.change(survey);
@@ -168,12 +167,9 @@ TEST(DataFileWriterTest, SavedFileOrWriteFileAbort) {
     ScriptedDialogs dialogs;
     EXPECT_FALSE(WriteDataFile(*survey, path, dialogs));
     ASSERT_EQ(dialogs.boxes.size(), 1u);
-    EXPECT_EQ(dialogs.last().title, "Write File Abort");
-    EXPECT_EQ(dialogs.last().text, text);
-    EXPECT_EQ(dialogs.last().detail, "");
-    EXPECT_EQ(dialogs.last().icon, Icon::Critical);
-    EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
-    EXPECT_EQ(dialogs.beeps, 1);
+    const MessageBox& box = dialogs.last();
+    EXPECT_EQ(std::tie(box.title, box.text, box.detail, box.icon, box.buttons, dialogs.beeps),
+              std::tuple("Write File Abort", text, "", Icon::Critical, Buttons::Ok, 1));
     EXPECT_EQ(survey->WriterOptions, kWriterOptionsDefault);
   }
   EXPECT_EQ(TestFolder::Contents(path), "old text");

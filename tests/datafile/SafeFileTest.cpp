@@ -87,20 +87,12 @@ TEST_F(SafeFileTest, SymbolicLinksAreFollowedToTheFileTheyName) {
   EXPECT_EQ(folder_.FileCount(), 7);
 }
 
-TEST_F(SafeFileTest, EveryNameOfAHardLinkedFileSeesTheNewText) {
-  const std::string first = folder_.Write("first.csv", "the old text, longer than the new one\n");
+// A replaced file stays the same file: every name of it sees the new text, and it keeps
+// its mode, owner and group. A new file gets what the umask allows.
+TEST_F(SafeFileTest, TheReplacedFileKeepsItsNamesAndPermissions) {
+  const std::string path = folder_.Write("lot.csv", "the old text, longer than the new one\n");
   const std::string second = folder_.Path("second.csv");
-  fs::create_hard_link(first, second);
-  ASSERT_TRUE(ReplaceFileSafely(second, "new\n").saved);
-  EXPECT_EQ(TestFolder::Contents(first), "new\n");
-  EXPECT_EQ(Info(first).st_ino, Info(second).st_ino);
-  EXPECT_EQ(Info(first).st_nlink, 2u);
-  EXPECT_EQ(folder_.FileCount(), 2);
-}
-
-// A replaced file keeps its mode, owner and group; a new file gets what the umask allows.
-TEST_F(SafeFileTest, PermissionsOfTheReplacedFileOrOfTheUmask) {
-  const std::string path = folder_.Write("lot.csv", "old\n");
+  fs::create_hard_link(path, second);
   ASSERT_EQ(::chmod(path.c_str(), 0604), 0);
   // Only root may give a file away; for anyone else the owner stays the user's.
   const bool root = ::geteuid() == 0;
@@ -108,7 +100,7 @@ TEST_F(SafeFileTest, PermissionsOfTheReplacedFileOrOfTheUmask) {
   const gid_t group = root ? 65534 : ::getegid();
   ASSERT_EQ(::chown(path.c_str(), owner, group), 0);
   const mode_t previous = ::umask(027);
-  const bool replaced = ReplaceFileSafely(path, "new\n").saved;
+  const bool replaced = ReplaceFileSafely(second, "new\n").saved;
   const bool made = ReplaceFileSafely(folder_.Path("new.csv"), "new\n").saved;
   ::umask(previous);
   ASSERT_TRUE(replaced && made);
@@ -116,8 +108,11 @@ TEST_F(SafeFileTest, PermissionsOfTheReplacedFileOrOfTheUmask) {
   EXPECT_EQ(info.st_mode & 07777, 0604u);
   EXPECT_EQ(info.st_uid, owner);
   EXPECT_EQ(info.st_gid, group);
+  EXPECT_EQ(info.st_ino, Info(second).st_ino);
+  EXPECT_EQ(info.st_nlink, 2u);
   EXPECT_EQ(TestFolder::Contents(path), "new\n");
   EXPECT_EQ(Info(folder_.Path("new.csv")).st_mode & 07777, 0640u);
+  EXPECT_EQ(folder_.FileCount(), 3);
 }
 
 TEST_F(SafeFileTest, ANameAsLongAsTheSystemAllowsIsSaved) {
@@ -196,22 +191,20 @@ pid_t SaveInChild(const std::string& path, const std::string& text) {
   return child;
 }
 
-// Saves of a large file, each killed at a random moment by the signals that end a program
-// (SIGKILL, SIGTERM, SIGINT), until a hundred kills (PLOTMETER_KILL_TRIES sets another
-// number) have come before their save ended. After every kill the file is the old text or
-// the new one, whole. Nothing else is left once the next save has run; only SIGKILL, in the
-// instant between naming the finished file and renaming it, can leave it under its
-// temporary name until then, and that file is whole. A few seconds.
+// Saves of a large file killed at random moments by SIGKILL, SIGTERM and SIGINT, until a
+// hundred kills (or PLOTMETER_KILL_TRIES) came before their save ended. After every kill
+// the file is the old text or the new one, whole; once the next save has run nothing else
+// is left. Only SIGKILL, between naming the finished file and renaming it, can leave it
+// whole under its temporary name until then. A few seconds.
 TEST_F(SafeFileTest, SavesKilledAtRandomMomentsLeaveOneWholeFileAndNothingElse) {
   const std::string path = folder_.Path("survey.csv");
   const std::string texts[] = {LargeText('a', 1 << 20), LargeText('b', 3 << 18)};
   ASSERT_TRUE(ReplaceFileSafely(path, texts[0]).saved);
 
-  // The kills fall anywhere from the fork to a moment `window` later. A save's length
-  // varies on a busy machine (the disk's flush above all), so the window follows what the
-  // saves do: a kill that comes after its save ended narrows it, one in time widens it a
-  // little. About one kill in six then comes too late, and the last moments of a save,
-  // the naming and the rename, are still among those hit.
+  // The kills fall anywhere from the fork to `window` later. A save's length varies on a
+  // busy machine, so the window follows the saves: a kill after its save ended narrows it,
+  // one in time widens it a little. About one kill in six then comes too late, so a save's
+  // last moments, the naming and the rename, are still hit.
   const auto start = std::chrono::steady_clock::now();
   int status = 0;
   ASSERT_GT(::waitpid(SaveInChild(path, texts[1]), &status, 0), 0);
