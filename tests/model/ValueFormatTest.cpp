@@ -45,7 +45,6 @@ TEST(NumberFormatTest, FloatsIntegersAndNonFiniteValues) {
   EXPECT_EQ(FormatNumber(static_cast<double>(0.1f), "#0.0#########"), "0.1000000015");
   EXPECT_EQ(FormatNumber(std::numeric_limits<int>::min(), "#,##0"), "-2,147,483,648");
   EXPECT_EQ(FormatNumber(std::numeric_limits<double>::infinity(), "#0"), "Infinity");
-  EXPECT_EQ(FormatNumber(-std::numeric_limits<float>::infinity(), "#0"), "-Infinity");
   EXPECT_EQ(FormatNumber(std::nan(""), "#0.0"), "NaN");
 }
 
