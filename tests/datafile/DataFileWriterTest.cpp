@@ -107,7 +107,12 @@ TEST(DataFileWriterTest, PlainLayoutWithoutHeadingsAndTheOtherDatasetHeaders) {
   EXPECT_EQ(Written(survey), Golden("plain-layout.csv"));
 }
 
-TEST(DataFileWriterTest, RefusedSurveysWriteNothing) {
+// A refused survey writes nothing: the file keeps its old text and the box says why. A file
+// that cannot be made is the writer's golden (no-such-folder); how a save keeps the old
+// file through any failure is SafeFileTest's.
+TEST(DataFileWriterTest, RefusedSurveysLeaveTheOldFile) {
+  TestFolder folder;
+  const std::string path = folder.Write("lot.csv", "old text");
   // clang-format off
   const struct {
     const char* name;
@@ -139,44 +144,30 @@ TEST(DataFileWriterTest, RefusedSurveysWriteNothing) {
     Survey survey = Triangle();
     row.change(survey);
     EXPECT_EQ(Written(survey, row.fault), "");
+    ScriptedDialogs dialogs;
+    EXPECT_FALSE(WriteDataFile(survey, path, dialogs));
+    ASSERT_EQ(dialogs.boxes.size(), 1u);
+    const MessageBox& box = dialogs.last();
+    const std::string text = row.fault == kWriteGpsWithoutLink
+                                 ? "GPS values present without a GPS linked point."
+                                 : "Unidentified processing error";
+    EXPECT_EQ(std::tie(box.title, box.text, box.detail, box.icon, box.buttons, dialogs.beeps),
+              std::tuple("Write File Abort", text, "", Icon::Critical, Buttons::Ok, 1));
+    EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
   }
+  EXPECT_EQ(TestFolder::Contents(path), "old text");
   // Points given by GPS alone need no link when 'GPS Only' processing was chosen, or when
-  // every point is given so.
+  // every point is given so; the file then holds what `WriteSurvey` gives.
   Survey survey = Triangle();
   survey.Points[2].PtFlags = kPtGps;
   survey.FileFlags = kFileGpsOnly;
   Written(survey, 0);
   survey.FileFlags = 0;
   for (Point& point : survey.Points) point.PtFlags = kPtGps;
-  Written(survey, 0);
-}
-
-// The file holds what `WriteSurvey` gives; a survey it refuses leaves the old file and
-// shows the box. A file that cannot be made is the writer's golden (no-such-folder); how a
-// save keeps the old file through any failure is SafeFileTest's.
-TEST(DataFileWriterTest, SavedFileOrWriteFileAbort) {
-  TestFolder folder;
-  const std::string path = folder.Write("lot.csv", "old text");
-  Survey gpsWithoutLink = Triangle(), twoPoints = Triangle(), good = Triangle();
-  gpsWithoutLink.Points[2].PtFlags = kPtGps;
-  twoPoints.Points.pop_back();
-  const std::pair<Survey*, std::string> rows[] = {
-      {&gpsWithoutLink, "GPS values present without a GPS linked point."},
-      {&twoPoints, "Unidentified processing error"}};
-  for (const auto& [survey, text] : rows) {
-    ScriptedDialogs dialogs;
-    EXPECT_FALSE(WriteDataFile(*survey, path, dialogs));
-    ASSERT_EQ(dialogs.boxes.size(), 1u);
-    const MessageBox& box = dialogs.last();
-    EXPECT_EQ(std::tie(box.title, box.text, box.detail, box.icon, box.buttons, dialogs.beeps),
-              std::tuple("Write File Abort", text, "", Icon::Critical, Buttons::Ok, 1));
-    EXPECT_EQ(survey->WriterOptions, kWriterOptionsDefault);
-  }
-  EXPECT_EQ(TestFolder::Contents(path), "old text");
   ScriptedDialogs dialogs;
-  ASSERT_TRUE(WriteDataFile(good, path, dialogs));
+  ASSERT_TRUE(WriteDataFile(survey, path, dialogs));
   EXPECT_TRUE(dialogs.boxes.empty());
-  EXPECT_EQ(TestFolder::Contents(path), Written(good));
+  EXPECT_EQ(TestFolder::Contents(path), Written(survey));
   EXPECT_EQ(folder.FileCount(), 1);
 }
 
