@@ -4,6 +4,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "model/GpsText.h"
 #include "model/NumberFormat.h"
@@ -147,14 +148,10 @@ TEST(ValueFormatTest, Lengths) {
 constexpr int kRoundTrips = 2000;
 
 // Each form of angle, with half its last printed digit (in degrees) and a little more.
-struct Mode {
-  std::uint8_t options;
-  double tolerance;
-};
-constexpr Mode kAngleModes[] = {{kScreen, 0.5e-6 + 1e-10},
-                                {kFileDecimal, 0.5e-6 + 1e-10},
-                                {kFileMinutes, 0.5e-4 / 60 + 1e-10},
-                                {kFileSeconds, 0.5e-3 / 3600 + 1e-10}};
+constexpr std::pair<std::uint8_t, double> kAngleModes[] = {{kScreen, 0.5e-6 + 1e-10},
+                                                           {kFileDecimal, 0.5e-6 + 1e-10},
+                                                           {kFileMinutes, 0.5e-4 / 60 + 1e-10},
+                                                           {kFileSeconds, 0.5e-3 / 3600 + 1e-10}};
 
 double AngleDifference(double a, double b) { return std::fabs(std::remainder(a - b, 360.0)); }
 
@@ -167,9 +164,9 @@ TEST(ValueFormatRoundTrip, AnglesReadBack) {
   for (int i = 0; i < kRoundTrips; ++i) angles.push_back(anyAngle(random));
   Survey survey;
   survey.SubValueSeparator = ' ';
-  for (const Mode& mode : kAngleModes) {
+  for (const auto& [options, tolerance] : kAngleModes) {
     for (bool tight : {false, true}) {
-      const ValueSettings values = Settings(mode.options, 0, '\xB0', ' ');
+      const ValueSettings values = Settings(options, 0, '\xB0', ' ');
       for (double angle : angles) {
         float bearing = static_cast<float>(angle);
         std::string text = FormatBearing(values, tight ? kTight : 0, bearing);
@@ -177,18 +174,18 @@ TEST(ValueFormatRoundTrip, AnglesReadBack) {
         ASSERT_EQ(survey.ValueMarks, 0) << text;
         // The plain forms start from the float's shortest decimal, up to an ulp away.
         double ulp = std::nextafter(bearing, 1e9f) - bearing;
-        EXPECT_LE(AngleDifference(read, bearing), mode.tolerance + ulp) << angle << " " << text;
+        EXPECT_LE(AngleDifference(read, bearing), tolerance + ulp) << angle << " " << text;
 
         const std::uint8_t join = tight ? kGpsTight : 0;
         text = FormatGpsAngle(values, join, angle);
         std::optional<double> gps = ParseGpsLongitude(survey, text);
         ASSERT_TRUE(gps.has_value()) << text;
-        EXPECT_LE(AngleDifference(*gps, angle), mode.tolerance) << angle << " " << text;
+        EXPECT_LE(AngleDifference(*gps, angle), tolerance) << angle << " " << text;
         const double latitude = std::fabs(angle) <= 90 ? angle : std::fmod(angle, 90);
         text = FormatGpsAngle(values, kLat | join, latitude);
         gps = ParseGpsLatitude(survey, text);
         ASSERT_TRUE(gps.has_value()) << text;
-        EXPECT_NEAR(*gps, latitude, mode.tolerance) << text;
+        EXPECT_NEAR(*gps, latitude, tolerance) << text;
       }
     }
   }
