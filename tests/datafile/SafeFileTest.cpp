@@ -156,17 +156,6 @@ TEST_F(SafeFileTest, TemporaryFilesOfKilledSavesGoWithTheNextSave) {
   EXPECT_EQ(folder_.FileCount(), 4);  // lot.csv, the one in use, the kept file and the notes
 }
 
-int KillTries() {
-  const char* tries = std::getenv("PLOTMETER_KILL_TRIES");
-  return tries ? std::atoi(tries) : 100;
-}
-
-std::string LargeText(char fill, std::size_t size) {
-  std::string text(size, fill);
-  for (std::size_t at = 79; at < size; at += 80) text[at] = '\n';
-  return text;
-}
-
 // The whole file in one read: the kill test reads it after every kill.
 std::string QuickContents(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
@@ -189,7 +178,7 @@ pid_t SaveInChild(const std::string& path, const std::string& text) {
 // whole under its temporary name until then. A few seconds.
 TEST_F(SafeFileTest, SavesKilledAtRandomMomentsLeaveOneWholeFileAndNothingElse) {
   const std::string path = folder_.Path("survey.csv");
-  const std::string texts[] = {LargeText('a', 1 << 20), LargeText('b', 3 << 18)};
+  const std::string texts[] = {std::string(1 << 20, 'a'), std::string(3 << 18, 'b')};
   ASSERT_TRUE(ReplaceFileSafely(path, texts[0]).saved);
 
   // The kills fall anywhere from the fork to `window` later. A save's length varies on a
@@ -205,7 +194,8 @@ TEST_F(SafeFileTest, SavesKilledAtRandomMomentsLeaveOneWholeFileAndNothingElse) 
 
   std::mt19937 random(20241);
   const int signals[] = {SIGKILL, SIGTERM, SIGINT};
-  const int tries = KillTries();
+  const char* triesSet = std::getenv("PLOTMETER_KILL_TRIES");
+  const int tries = triesSet ? std::atoi(triesSet) : 100;
   int attempts = 0, killedInTime = 0, torn = 0, partial = 0;
   std::set<fs::path> named;
   for (; killedInTime < tries && attempts < 4 * tries; ++attempts) {
