@@ -216,8 +216,9 @@ TEST(DataFileReaderTest, GpsOnlyQuestionAndIgnoredLink) {
 // reads as intended ----
 
 // Forgiving forms read as the plain file: other line endings, the file saved as UTF-8,
-// the padding and empty rows of a spreadsheet, letters of either case and blanks. Line
-// endings and UTF-8 are FileTextTest's; one form of each here, through the reader.
+// the padding and empty rows of a spreadsheet, letters of either case and blanks. The line
+// ends are CR LF, a lone CR (and a mix of LF and lone CR), or LF; which UTF-8 texts are
+// converted is FileTextTest's.
 TEST(DataFileReaderTest, ForgivingFormsReadAsThePlainFile) {
   Survey plain;
   ASSERT_EQ(Read(plain, kGoodFile).fault, 0);
@@ -225,6 +226,7 @@ TEST(DataFileReaderTest, ForgivingFormsReadAsThePlainFile) {
   const std::string loose = Replaced(kGoodFile, "H,L,Road", " h , l , Road ");
   const std::string forms[] = {
       "\xEF\xBB\xBF" + Replaced(Replaced(kGoodFile, "\xB0", "\xC2\xB0"), "\n", "\r\n", true),
+      Replaced(Replaced(kGoodFile, "\n", "\r", true), "//,\r", "//,\n"),
       Replaced(padded, "H,L,Road", ",,,,\nH,L,Road"),
       Replaced(Replaced(loose, "3,B,,,0,30", " 3 , b ,  , , 0 , 30 "), "4,XJ,", "4,jx,")};
   for (const std::string& text : forms) {

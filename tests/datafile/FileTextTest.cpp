@@ -1,4 +1,5 @@
-// The text helpers of the data file, and reading an input whole, once, within a size limit.
+// The text helpers of the data file (line ends are the reader's forgiving forms), and
+// reading an input whole, once, within a size limit.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -7,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "datafile/FileText.h"
 #include "datafile/InputText.h"
@@ -16,23 +16,6 @@
 
 namespace plotmeter {
 namespace {
-
-using Lines = std::vector<std::string>;
-
-TEST(FileTextTest, LinesEndAtLfCrLfOrLoneCr) {
-  const std::pair<const char*, Lines> rows[] = {
-      {"a\r\n\r\nb\n\nc\n", {"a", "", "b", "", "c"}},
-      // Lone CRs before and after an LF, and a CR just before the CR LF.
-      {"a\rb\rc\nd\re\n", {"a", "b", "c", "d", "e"}},
-      {"c\r\r\nd", {"c", "", "d"}},
-      {"", {}}};
-  for (const auto& [text, expected] : rows) {
-    Lines lines;
-    LineCursor cursor(text);
-    for (std::string_view line; cursor.Next(line);) lines.emplace_back(line);
-    EXPECT_EQ(lines, expected) << ::testing::PrintToString(text);
-  }
-}
 
 TEST(FileTextTest, WholeAndDecimalNumbers) {
   // clang-format off
