@@ -16,7 +16,6 @@ TEST(TypeLettersTest, LetterThenFlagsInOrderAndBack) {
   } rows[] = {
       {kPtXY, kMarkDummy, "D"},
       {kPtReference | kPtJoin, 0, "RJ"},
-      {kPtGps | kPtLink, 0, "GL"},
       {kPtXY | kPtGps | kPtAltGps | kPtLink, 0, "XL"},
       {kPtBearing | kPtReference, kMarkCompass, "CF"},
       {kPtBearing | kPtGps | kPtAltGps | kPtIntermediate | kPtJoin | kPtReference, kMarkShared,
