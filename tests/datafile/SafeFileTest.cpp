@@ -18,6 +18,8 @@
 #include <set>
 #include <string>
 #include <thread>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "datafile/SafeFile.h"
@@ -27,6 +29,7 @@ namespace plotmeter {
 namespace {
 
 namespace fs = std::filesystem;
+using std::string_literals::operator""s;
 using testing::TestFolder;
 
 class SafeFileTest : public ::testing::Test {
@@ -53,8 +56,7 @@ TEST_F(SafeFileTest, RefusedTargetsAreLeftAsTheyWere) {
                                                       {readOnly, "Permission denied"}};
   for (const auto& [path, reason] : rows) {
     const SaveResult result = ReplaceFileSafely(path, "new text\n");
-    EXPECT_FALSE(result.saved) << path;
-    EXPECT_EQ(result.reason, reason) << path;
+    EXPECT_EQ(std::pair(result.saved, result.reason), std::pair(false, reason)) << path;
   }
   EXPECT_TRUE(fs::is_fifo(fifo));
   EXPECT_TRUE(fs::is_empty(folder));
@@ -82,8 +84,8 @@ TEST_F(SafeFileTest, SymbolicLinksAreFollowedToTheFileTheyName) {
   fs::create_symlink("loop-b.csv", folder_.Path("loop-a.csv"));
   fs::create_symlink("loop-a.csv", folder_.Path("loop-b.csv"));
   const SaveResult loop = ReplaceFileSafely(folder_.Path("loop-a.csv"), "x\n");
-  EXPECT_FALSE(loop.saved);
-  EXPECT_EQ(loop.reason, "Too many levels of symbolic links");
+  EXPECT_EQ(std::pair(loop.saved, loop.reason),
+            std::pair(false, "Too many levels of symbolic links"s));
   EXPECT_EQ(folder_.FileCount(), 7);
 }
 
@@ -107,11 +109,8 @@ TEST_F(SafeFileTest, TheReplacedFileKeepsItsNamesAndPermissions) {
   ::umask(previous);
   ASSERT_TRUE(replaced && made);
   const struct stat info = Info(path);
-  EXPECT_EQ(info.st_mode & 07777, 0604u);
-  EXPECT_EQ(info.st_uid, owner);
-  EXPECT_EQ(info.st_gid, group);
-  EXPECT_EQ(info.st_ino, Info(second).st_ino);
-  EXPECT_EQ(info.st_nlink, 2u);
+  EXPECT_EQ(std::tuple(info.st_mode & 07777, info.st_uid, info.st_gid, info.st_ino, info.st_nlink),
+            std::tuple(0604u, owner, group, Info(second).st_ino, nlink_t{2}));
   EXPECT_EQ(TestFolder::Contents(path), "new\n");
   EXPECT_EQ(Info(folder_.Path("new.csv")).st_mode & 07777, 0640u);
   EXPECT_EQ(folder_.FileCount(), 3);
@@ -134,8 +133,7 @@ TEST_F(SafeFileTest, AFailingWriteLeavesTheOldFileAndNothingElse) {
   ::setrlimit(RLIMIT_FSIZE, &saved);
   ::signal(SIGXFSZ, previousHandler);
   for (const SaveResult& result : results) {
-    EXPECT_FALSE(result.saved);
-    EXPECT_EQ(result.reason, "File too large");
+    EXPECT_EQ(std::pair(result.saved, result.reason), std::pair(false, "File too large"s));
   }
   EXPECT_EQ(TestFolder::Contents(path), "the survey as last saved\n");
   EXPECT_EQ(folder_.FileCount(), 1);

@@ -70,22 +70,15 @@ TEST(ValueTextTest, OwnDegreeCharAndSeparatorAndMarksThatAddUp) {
   EXPECT_EQ(survey.ValueMarks, kValueOver60 | kValueNotNumber);
 }
 
-// The declination applies to a compass point only: point 1 is one, point 0 and an index
-// beyond the points are none.
+// The declination applies to a compass point only: point 1 is one (and the result wraps
+// round), point 0, no point (-1) and an index beyond the points are none.
 TEST(ValueTextTest, DeclinationAppliesOnlyToCompassPoints) {
-  const struct {
-    float declination;
-    int pointIndex;
-    double expected;
-  } rows[] = {{12, 1, 358}, {2, -1, 10}, {2, 2, 10}, {2, 0, 10}};
-  for (const auto& row : rows) {
-    Survey survey;
-    survey.Points.resize(2);
-    survey.Points[1].PtMarks = kMarkCompass;
-    survey.MagneticDeclination = row.declination;
-    EXPECT_NEAR(ParseAngleText(survey, "10", row.pointIndex), row.expected, 1e-6)
-        << row.declination << " at " << row.pointIndex;
-  }
+  Survey survey;
+  survey.Points.resize(2);
+  survey.Points[1].PtMarks = kMarkCompass;
+  survey.MagneticDeclination = 12;
+  EXPECT_NEAR(ParseAngleText(survey, "10", 1), 358, 1e-6);
+  for (int index : {0, -1, 2}) EXPECT_NEAR(ParseAngleText(survey, "10", index), 10, 1e-6) << index;
 }
 
 // The lists above ParseLengthText, then the other units.
