@@ -212,8 +212,7 @@ TEST(DataFileReaderTest, GpsOnlyQuestionAndIgnoredLink) {
   EXPECT_EQ(allGps.Points[1].PtFlags, kPtGps);
 }
 
-// ---- Robustness: bad input gets a message, never a crash or a hang; forgiving input
-// reads as intended ----
+// ---- Robustness: forgiving input reads as intended; large input neither crashes nor hangs
 
 // Forgiving forms read as the plain file: other line endings, the file saved as UTF-8,
 // the padding and empty rows of a spreadsheet, letters of either case and blanks. The line

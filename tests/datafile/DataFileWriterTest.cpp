@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -47,11 +46,6 @@ void AddDataset(Survey& survey, std::uint8_t type, const char* tag, int points) 
   }
 }
 
-// A file as the writer must write it, in tests/golden/writer.
-std::string Golden(const std::string& name) {
-  return TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/writer/" + name);
-}
-
 std::string Written(Survey& survey, int expectedFault = 0) {
   std::ostringstream out;
   EXPECT_EQ(WriteSurvey(survey, out), expectedFault);
@@ -88,7 +82,7 @@ TEST(DataFileWriterTest, DefaultLayoutWithEveryPart) {
   AddDataset(survey, kTypeL, "Empty", 0);
   AddDataset(survey, kTypeL, "Lane", 1);
   AddDataset(survey, kTypeP, "Sheds", 2);
-  EXPECT_EQ(Written(survey), Golden("every-part.csv"));
+  EXPECT_EQ(Written(survey), TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/writer/every-part.csv"));
 }
 
 // Plain lengths drop the sub-unit from the unit line and the values. A non-perimeter main,
@@ -104,7 +98,7 @@ TEST(DataFileWriterTest, PlainLayoutWithoutHeadingsAndTheOtherDatasetHeaders) {
   survey.Datasets[0].DatasetType = kTypeN;
   AddDataset(survey, kTypeS | kDatasetGenerated, "Cut", 1);
   AddDataset(survey, kTypeP, "Shed", 1);
-  EXPECT_EQ(Written(survey), Golden("plain-layout.csv"));
+  EXPECT_EQ(Written(survey), TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/writer/plain-layout.csv"));
 }
 
 // A refused survey writes nothing: the file keeps its old text and the box says why. A file

@@ -45,8 +45,7 @@ Survey Loaded(const std::string& text) {
 // mark a file keeps.
 class SurveyGenerator {
  public:
-  explicit SurveyGenerator(unsigned seed) : random_(seed) {
-    numbers_.resize(5000);
+  explicit SurveyGenerator(unsigned seed) : random_(seed), numbers_(5000) {
     std::iota(numbers_.begin(), numbers_.end(), 1);
     std::shuffle(numbers_.begin(), numbers_.end(), random_);
   }
@@ -213,8 +212,7 @@ TEST(RoundTripTest, GeneratedSurveysReadBackTheSame) {
   for (unsigned seed = 1; seed <= 400; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     Survey generated = SurveyGenerator(seed).Make();
-    std::string first = Written(generated);
-    Survey read = Loaded(first);
+    Survey read = Loaded(Written(generated));
     ExpectSameEnteredSurvey(generated, read);
     read.WriterOptions = generated.WriterOptions;
     std::string second = Written(read);
