@@ -3,6 +3,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "datafile/DataFileReader.h"
 #include "datafile/LoadCheck.h"
@@ -22,8 +23,8 @@ using testing::ScriptedDialogs;
 
 // A good file using every kind of dataset, a sub-division with its dummy start, shared
 // points, an intermediate bearing and a GPS link; the header's options and declination are
-// left empty; the broken files of the reader's goldens are made from it, as each fault row
-// below breaks one thing.
+// left empty. Each fault row below breaks one thing in it; so do the broken files beside it,
+// which the reader's goldens load (tests/golden/reader), and their faults have no row here.
 const std::string kGoodFile =
     testing::TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/reader/good.csv");
 
@@ -48,12 +49,9 @@ bool Load(Survey& survey, const std::string& text, ScriptedDialogs& dialogs) {
 }
 
 // The box's kind and buttons; its words are the goldens' (tests/golden/reader).
-void ExpectBox(const MessageBox& box, const std::string& title, Icon icon, Buttons buttons,
-               Button defaultButton = Button::Ok) {
-  EXPECT_EQ(box.title, title);
-  EXPECT_EQ(box.icon, icon);
-  EXPECT_EQ(box.buttons, buttons);
-  EXPECT_EQ(box.defaultButton, defaultButton);
+using BoxKind = std::tuple<std::string, Icon, Buttons, Button>;
+BoxKind KindOf(const MessageBox& box) {
+  return {box.title, box.icon, box.buttons, box.defaultButton};
 }
 
 // One critical box for fault `code` at `point` (1-based, 0 for none), after one beep, and
@@ -61,7 +59,8 @@ void ExpectBox(const MessageBox& box, const std::string& title, Icon icon, Butto
 // fault 14 names the missing point, 99 in its row below.
 void ExpectAborted(const Survey& survey, const ScriptedDialogs& dialogs, int code, int point) {
   ASSERT_FALSE(dialogs.boxes.empty());
-  ExpectBox(dialogs.last(), "File Read Abort", Icon::Critical, Buttons::Ok);
+  EXPECT_EQ(KindOf(dialogs.last()),
+            BoxKind("File Read Abort", Icon::Critical, Buttons::Ok, Button::Ok));
   const std::string suffix = point > 0 ? " [Point " + std::to_string(point) + "]" : "";
   EXPECT_EQ(dialogs.last().text,
             ReadFaultMessage(code, 99) + suffix + "\nPlease correct for a valid file");
@@ -71,17 +70,14 @@ void ExpectAborted(const Survey& survey, const ScriptedDialogs& dialogs, int cod
 
 TEST(DataFileReaderTest, GoodFileFillsSettingsDatasetsAndPoints) {
   Survey survey;
-  survey.CurrentFileName = "kept.csv";
   ScriptedDialogs dialogs;
   ASSERT_TRUE(Load(survey, kGoodFile, dialogs));
   EXPECT_TRUE(dialogs.boxes.empty());
-  EXPECT_EQ(dialogs.beeps, 0);
-  EXPECT_EQ(survey.CurrentFileName, "kept.csv");
   // The same survey written as the resolution tests write theirs.
   Survey expected =
       Entered(Latin1("H,M\n1,XL,,,0,0,150.5,-33.5\n2,XJ,,,40,0\n3,B,,,0,30\n4,XJ,,,0,30\n"
                      "H,S\n5,D,,,40,0\n6,X,,,20,15\n"
-                     "H,L\n7,R,1\n8,BI,7,,45\n9,B,,,45,10\n"
+                     "H,L\n7,R,1\n8,BI,7,,45,5\n9,B,,,45,10\n"
                      "H,P\n10,X,,,10,10\n11,CF,10,,90°,5\n12,G,,,,,150.6,-33.4"));
   expected.SubValueSeparator = ':';
   expected.FileTag = "Test lot";
@@ -122,85 +118,51 @@ TEST_P(FileFaultTest, ShowsTheFaultAndEmptiesTheSurvey) {
 
 // clang-format off
 const FaultRow kFaultRows[] = {
-  // Whole files.
-  {"CommentLinesOnly", kGoodFile.c_str(), "// one\n// two\n", 1, 0},
-  {"HeaderAndCommentsOnly", kGoodFile.c_str(), "44,#0092,1,0,0,58\n/ just a note\n", 8, 0},
-  {"NoMainDataset", kGoodFile.c_str(), "44,#0092,1,0,0,58\nH,L,Road\n1,X,,,0,0\n2,X,,,5,5\n", 5, 0},
   // The top block and the header.
   {"BlankLineBeforeHeader", "//,\n", "//,\n\n", 1, 0},
-  {"HeaderStartsWithLetters", "44,#0092", "AB,#0092", 3, 0},
   {"SeparatorCodeAbove255", "44,#0092", "300,#0092", 3, 0},
   {"SeparatorCodeZero", "44,#0092", "0,#0092", 3, 0},
   {"SeparatorCodeNotAlone", "44,#0092,1", "44x,#0092,1", 3, 0},
   {"SeparatorCharacterAbsent", "44,#0092,1,,,58,Test lot", "59", 3, 0},
-  {"NotThisProgram", "44,#0092", "44,#0093", 2, 0},
   {"UnitNotNumber", "#0092,1,", "#0092,one,", 3, 0},
-  {"UnitSix", "#0092,1,", "#0092,6,", 42, 0},
   {"UnitNegative", "#0092,1,", "#0092,-1,", 42, 0},
   {"OptionsNotNumber", "#0092,1,,", "#0092,1,x,", 3, 0},
   {"DeclinationNotNumber", "1,,,58", "1,,east,58", 3, 0},
   {"DeclinationBeyondCircle", "1,,,58", "1,,400,58", 3, 0},
-  {"SubValueCode256", ",58,Test", ",256,Test", 43, 0},
   {"SubValueCodeEmpty", ",58,Test", ",,Test", 43, 0},
   {"SubValueCodeNegative", ",58,Test", ",-1,Test", 43, 0},
   // Between the header and the first dataset.
   {"BlankLineAfterHeader", "Test lot\n", "Test lot\n\n", 8, 0},
   {"DataBeforeFirstDataset", "H,M,Front field\n", "", 8, 0},
-  {"UnknownDatasetType", "H,M,Front", "H,Q,Front", 41, 0},
   {"DatasetTypeWord", "H,M,Front", "H,Main,Front", 41, 0},
-  {"SecondMain", "H,L,Road", "H,M,Road", 6, 0},
   {"MainAndNonPerimeterMain", "H,P,Sheds", "H,N,Sheds", 6, 0},
-  {"SecondSubDivision", "H,L,Road", "H,S,Road", 7, 0},
   {"DatasetWithoutPoints", "H,L,Road\n", "H,L,Road\nH,P,Empty\n", 8, 0},
   {"LastDatasetWithoutPoints", ",/End data\n", "H,P,Empty\n", 8, 0},
   // One data line at a time.
-  {"PointNumberNotNumber", "3,B,,,0,30", "three,B,,,0,30", 4, 3},
   {"PointNumberZero", "3,B,,,0,30", "0,B,,,0,30", 4, 3},
   {"ReferenceNotNumber", "7,R,1,", "7,R,one,", 4, 7},
   {"TargetNotNumber", "8,BI,7,,", "8,BI,7,x,", 4, 8},
-  {"TypeUnknown", "3,B,,,0,30", "3,Q,,,0,30", 32, 3},
   {"TwoTypes", "3,B,,,0,30", "3,XB,,,0,30", 32, 3},
   {"DummyInMain", "3,B,,,0,30", "3,D,,,0,30", 32, 3},
   {"DummyAfterSubDivisionStart", "6,X,,,20,15", "6,D,,,20,15", 32, 6},
-  {"UnknownFlag", "3,B,,,0,30", "3,BQ,,,0,30", 27, 3},
   {"FromFlagWithoutBearing", "10,X,,,10,10", "10,XF,,,10,10", 27, 10},
   {"ReferenceWithGps", "7,R,1,", "7,RA,1,", 27, 7},
   {"ReferenceAsIntermediate", "7,R,1,", "7,RI,1,", 27, 7},
-  {"FlagOnDummy", "5,D,,,40,0", "5,DJ,,,40,0", 29, 5},
-  {"LinkIntermediate", "9,B,,,45,10", "9,BIL,,,45,10", 17, 9},
-  {"IntermediateInPoints", "10,X,,,10,10", "10,XI,,,10,10", 15, 10},
-  {"IntermediateFirstPoint", "1,XL,,,0,0", "1,XI,,,0,0", 23, 1},
-  {"IntermediateBearingWithoutReference", "8,BI,7,", "8,BI,,", 26, 8},
-  {"ReferenceToItself", "11,CF,10,", "11,CF,11,", 13, 11},
   {"ReferencePointWithoutReference", "7,R,1,", "7,R,,", 13, 7},
   {"FromFlagWithoutReference", "11,CF,10,", "11,CF,,", 13, 11},
-  {"TargetItself", "8,BI,7,,", "8,BI,7,8,", 28, 8},
-  {"ReferenceInMain", "3,B,,,0,30", "3,B,1,,0,30", 18, 3},
   {"ReferenceOnSubDivisionPoint", "6,X,,,20,15", "6,X,2,,20,15", 18, 6},
   {"SharedPointInMain", "3,B,,,0,30", "3,R,1,,,", 18, 3},
-  {"SharedPointLaterInLine", "9,B,,,45,10", "9,R,2,,,", 21, 9},
   {"SharedPointLaterInSubDivision", "6,X,,,20,15", "6,R,1,,,", 21, 6},
-  {"StandAloneReferenceWithoutBearing", "10,X,,,10,10", "10,X,1,,10,10", 19, 10},
   {"StandAloneSharedPoint", "12,G,,,,,150.6,-33.4", "12,R,1,,,,,", 19, 12},
-  {"ThirdJoinPoint", "3,B,,,0,30", "3,BJ,,,0,30", 10, 4},
-  {"SecondLink", "10,X,,,10,10", "10,XL,,,10,10", 9, 10},
   // Over all the points.
-  {"DuplicateNumber", "6,X,,,20,15", "2,X,,,20,15", 16, 6},
-  {"ReferenceMissing", "11,CF,10,", "11,CF,99,", 14, 11},
   {"TargetMissing", "8,BI,7,,", "8,BI,7,99,", 28, 8},
   {"SharedPointOfOwnDataset", "7,R,1,", "7,R,9,", 13, 7},
-  {"IntermediateAfterLineEnd", "9,B,,,45,10", "9,BI,7,,45,", 22, 8},
-  {"CircularReferences", "10,X,,,10,10", "10,BF,11,,10,10", 20, 10},
   {"CircleThroughLine", "7,R,1,", "7,R,11,", 20, 7, "11,CF,10,", "11,CF,9,"},
   // The load check.
   {"OneJoinPoint", "2,XJ,,,40,0", "2,X,,,40,0", 10, 0},
   {"LineStartsWithBearing", "7,R,1,,,,,", "7,B,,,10,10,,", 23, 7},
   {"PointsStartWithBearing", "10,X,,,10,10", "10,B,,,10,10", 23, 10},
-  {"GpsWithoutUnit", "44,#0092,1,", "44,#0092,0,", 44, 1},
-  {"SubDivisionWithoutJoins", "2,XJ,", "2,X,", 11, 0, "4,XJ,", "4,X,"},
-  {"LinkWithGpsOnly", "1,XL,,,0,0,150.5,-33.5", "1,X,,,0,0,,\n13,GL,,,,,1,1", 24, 2},
   // Not every main point has GPS values, so no 'GPS Only' question is asked.
-  {"GpsOnlyWithoutLink", "3,B,,,0,30,,", "3,G,,,,,150.5,-33.4", 25, 3, "1,XL,", "1,XA,"},
   {"GpsOnlyBeforeLink", "1,XL,,,0,0,", "1,G,,,,,", 25, 1, "10,X,,,10,10,,", "10,XL,,,10,10,1,1"},
 };
 // clang-format on
@@ -217,9 +179,7 @@ TEST(DataFileReaderTest, NoDatasetAtAllAndTheMessagesOfNoFault) {
   ExpectAborted(survey, dialogs, 30, 0);
   EXPECT_EQ(dialogs.last().text, "No 'data-sets' found in data.\nPlease correct for a valid file");
   EXPECT_EQ(ReadFaultMessage(12), "Data could not be processed, check and");
-  for (int code : {0, 31, 40, 45, -1}) {
-    EXPECT_EQ(ReadFaultMessage(code), "Unidentified data parsing error.") << code;
-  }
+  EXPECT_EQ(ReadFaultMessage(31), "Unidentified data parsing error.");
 }
 
 // A file of the reader's goldens, loaded and checked.
@@ -229,41 +189,32 @@ bool LoadGolden(Survey& survey, const std::string& name, ScriptedDialogs& dialog
 }
 
 // Every point of the main dataset carries GPS values, so a 'GPS Only' calculation is
-// possible although GPS-only points come before the link point. No (the default) refuses.
-TEST(DataFileReaderTest, GpsOnlyQuestionAnsweredYesOrNo) {
-  for (bool yes : {true, false}) {
-    Survey survey;
-    ScriptedDialogs dialogs;
-    if (yes) dialogs.answers.push_back(Button::Yes);
-    EXPECT_EQ(LoadGolden(survey, "gps-only-possible.csv", dialogs), yes);
-    ASSERT_EQ(dialogs.boxes.size(), yes ? 1u : 2u);
-    ExpectBox(dialogs.boxes[0], "GPS Link issue", Icon::Question, Buttons::YesNo, Button::No);
-    if (yes) {
-      EXPECT_EQ(dialogs.beeps, 0);
-      EXPECT_EQ(survey.FileFlags, kFileGpsOnly | kFileOption);
-      EXPECT_EQ(survey.PointCount(), 4);
-    } else {
-      ExpectAborted(survey, dialogs, 25, 1);
-    }
-  }
-}
-
-TEST(DataFileReaderTest, LinkOfAllGpsDataIsIgnored) {
-  Survey survey;
+// possible although GPS-only points come before the link point: a question, No by default
+// (what No does is the gps-link golden's). A link in a survey of GPS values alone is
+// dropped, with a warning.
+TEST(DataFileReaderTest, GpsOnlyQuestionAndIgnoredLink) {
+  Survey survey, allGps;
   ScriptedDialogs dialogs;
-  ASSERT_TRUE(LoadGolden(survey, "link-of-all-gps-data.csv", dialogs));
-  ASSERT_EQ(dialogs.boxes.size(), 1u);
-  ExpectBox(dialogs.boxes[0], "GPS Link issue", Icon::Exclamation, Buttons::Ok);
-  EXPECT_EQ(survey.Points[1].PtFlags, kPtGps);
-  EXPECT_FALSE(survey.FileFlags & kFileOption);
+  dialogs.answers.push_back(Button::Yes);
+  ASSERT_TRUE(LoadGolden(survey, "gps-only-possible.csv", dialogs));
+  ASSERT_TRUE(LoadGolden(allGps, "link-of-all-gps-data.csv", dialogs));
+  ASSERT_EQ(dialogs.boxes.size(), 2u);
+  EXPECT_EQ(KindOf(dialogs.boxes[0]),
+            BoxKind("GPS Link issue", Icon::Question, Buttons::YesNo, Button::No));
+  EXPECT_EQ(KindOf(dialogs.boxes[1]),
+            BoxKind("GPS Link issue", Icon::Exclamation, Buttons::Ok, Button::Ok));
+  EXPECT_EQ(dialogs.beeps, 0);
+  EXPECT_EQ(survey.FileFlags, kFileGpsOnly | kFileOption);
+  EXPECT_EQ(allGps.FileFlags & kFileOption, 0);
+  EXPECT_EQ(allGps.Points[1].PtFlags, kPtGps);
 }
 
-// ---- Robustness: bad input gets a message, never a crash or a hang; forgiving input
-// reads as intended ----
+// ---- Robustness: forgiving input reads as intended; large input neither crashes nor hangs
 
 // Forgiving forms read as the plain file: other line endings, the file saved as UTF-8,
-// the padding and empty rows of a spreadsheet, letters of either case and blanks. Line
-// endings and UTF-8 are FileTextTest's; one form of each here, through the reader.
+// the padding and empty rows of a spreadsheet, letters of either case and blanks. The line
+// ends are CR LF, a lone CR (and a mix of LF and lone CR), or LF; which UTF-8 texts are
+// converted is FileTextTest's.
 TEST(DataFileReaderTest, ForgivingFormsReadAsThePlainFile) {
   Survey plain;
   ASSERT_EQ(Read(plain, kGoodFile).fault, 0);
@@ -271,6 +222,7 @@ TEST(DataFileReaderTest, ForgivingFormsReadAsThePlainFile) {
   const std::string loose = Replaced(kGoodFile, "H,L,Road", " h , l , Road ");
   const std::string forms[] = {
       "\xEF\xBB\xBF" + Replaced(Replaced(kGoodFile, "\xB0", "\xC2\xB0"), "\n", "\r\n", true),
+      Replaced(Replaced(kGoodFile, "\n", "\r", true), "//,\r", "//,\n"),
       Replaced(padded, "H,L,Road", ",,,,\nH,L,Road"),
       Replaced(Replaced(loose, "3,B,,,0,30", " 3 , b ,  , , 0 , 30 "), "4,XJ,", "4,jx,")};
   for (const std::string& text : forms) {
@@ -279,14 +231,6 @@ TEST(DataFileReaderTest, ForgivingFormsReadAsThePlainFile) {
     ASSERT_EQ(read.fault, 0) << ReadFaultText(read) << text;
     ExpectSameEnteredSurvey(plain, survey);
   }
-}
-
-TEST(DataFileReaderTest, LinesOfSeveralMegabytes) {
-  const std::string huge(6 << 20, 'x');
-  Survey survey;
-  ASSERT_EQ(Read(survey, Replaced(kGoodFile, "H,L,Road", "H,L," + huge)).fault, 0);
-  EXPECT_EQ(survey.Datasets[2].DatasetTag, huge);
-  EXPECT_EQ(Read(survey, std::string(6 << 20, '4') + ",#0092,1,0,0,58\nH,M\n1,X,,,0,0\n").fault, 3);
 }
 
 // A million stand-alone points, each a bearing from the one before: read and checked
@@ -301,28 +245,12 @@ TEST(DataFileReaderTest, MillionPointsReferringInAChainOrACircle) {
       text += std::to_string(n) + ",BF," + std::to_string(n - 1) + ",,45,1.5,,\n";
     }
     Survey survey;
-    ReadResult read = Read(survey, text);
-    if (firstReference == 3) {
-      ASSERT_EQ(read.fault, 0) << ReadFaultText(read);
-      EXPECT_EQ(survey.PointCount(), kMillion + 3);
-      EXPECT_EQ(survey.Points.back().PtRef, kMillion + 2);
-    } else {
-      EXPECT_EQ(read.fault, 20);
-      EXPECT_EQ(read.point, 3);  // the earliest point of the circle
-    }
+    const ReadResult read = Read(survey, text);
+    // A chain reads whole; a circle's fault is at its earliest point.
+    const bool chain = firstReference == 3;
+    EXPECT_EQ(read.fault, chain ? 0 : 20) << ReadFaultText(read);
+    EXPECT_EQ(chain ? survey.PointCount() : read.point, chain ? kMillion + 3 : 3);
   }
-}
-
-// A folder opens but cannot be read: the box gives the system's reason beside the path.
-// A file that cannot be opened is the reader's header golden.
-TEST(DataFileReaderTest, AFolderCannotBeReadAndTheSystemSaysWhy) {
-  Survey survey;
-  ScriptedDialogs dialogs;
-  ReadResult read = ReadDataFile(survey, PLOTMETER_TEST_DATA_DIR);
-  EXPECT_EQ(survey.CurrentFileName, PLOTMETER_TEST_DATA_DIR);
-  EXPECT_FALSE(CheckLoadedData(survey, read, dialogs));
-  ExpectAborted(survey, dialogs, 1, 0);
-  EXPECT_EQ(dialogs.last().detail, PLOTMETER_TEST_DATA_DIR ": Is a directory");
 }
 
 }  // namespace

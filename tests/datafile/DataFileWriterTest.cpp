@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "datafile/DataFileWriter.h"
 #include "support/PlotSurveys.h"
@@ -46,11 +46,6 @@ void AddDataset(Survey& survey, std::uint8_t type, const char* tag, int points) 
   }
 }
 
-// A file as the writer must write it, in tests/golden/writer.
-std::string Golden(const std::string& name) {
-  return TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/writer/" + name);
-}
-
 std::string Written(Survey& survey, int expectedFault = 0) {
   std::ostringstream out;
   EXPECT_EQ(WriteSurvey(survey, out), expectedFault);
@@ -87,7 +82,7 @@ TEST(DataFileWriterTest, DefaultLayoutWithEveryPart) {
   AddDataset(survey, kTypeL, "Empty", 0);
   AddDataset(survey, kTypeL, "Lane", 1);
   AddDataset(survey, kTypeP, "Sheds", 2);
-  EXPECT_EQ(Written(survey), Golden("every-part.csv"));
+  EXPECT_EQ(Written(survey), TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/writer/every-part.csv"));
 }
 
 // Plain lengths drop the sub-unit from the unit line and the values. A non-perimeter main,
@@ -103,18 +98,21 @@ TEST(DataFileWriterTest, PlainLayoutWithoutHeadingsAndTheOtherDatasetHeaders) {
   survey.Datasets[0].DatasetType = kTypeN;
   AddDataset(survey, kTypeS | kDatasetGenerated, "Cut", 1);
   AddDataset(survey, kTypeP, "Shed", 1);
-  EXPECT_EQ(Written(survey), Golden("plain-layout.csv"));
+  EXPECT_EQ(Written(survey), TestFolder::Contents(PLOTMETER_GOLDEN_DIR "/writer/plain-layout.csv"));
 }
 
-struct RefusalRow {
-  const char* name;
-  void (*change)(Survey&);
-  int fault;
-};
-
-TEST(DataFileWriterTest, RefusedSurveysWriteNothing) {
+// A refused survey writes nothing: the file keeps its old text and the box says why. A file
+// that cannot be made is the writer's golden (no-such-folder); how a save keeps the old
+// file through any failure is SafeFileTest's.
+TEST(DataFileWriterTest, RefusedSurveysLeaveTheOldFile) {
+  TestFolder folder;
+  const std::string path = folder.Write("lot.csv", "old text");
   // clang-format off
-  const RefusalRow rows[] = {
+  const struct {
+    const char* name;
+    void (*change)(Survey&);
+    int fault;
+  } rows[] = {
     {"TwoPoints", [](Survey& s) { s.Points.pop_back(); }, kWriteTooFewPoints},
     {"GpsOnlyPointWithoutLink", [](Survey& s) { s.Points[2].PtFlags = kPtGps; },
      kWriteGpsWithoutLink},
@@ -135,52 +133,35 @@ TEST(DataFileWriterTest, RefusedSurveysWriteNothing) {
      kWriteUnreadable},
   };
   // clang-format on
-  for (const RefusalRow& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     Survey survey = Triangle();
     row.change(survey);
     EXPECT_EQ(Written(survey, row.fault), "");
+    ScriptedDialogs dialogs;
+    EXPECT_FALSE(WriteDataFile(survey, path, dialogs));
+    ASSERT_EQ(dialogs.boxes.size(), 1u);
+    const MessageBox& box = dialogs.last();
+    const std::string text = row.fault == kWriteGpsWithoutLink
+                                 ? "GPS values present without a GPS linked point."
+                                 : "Unidentified processing error";
+    EXPECT_EQ(std::tie(box.title, box.text, box.detail, box.icon, box.buttons, dialogs.beeps),
+              std::tuple("Write File Abort", text, "", Icon::Critical, Buttons::Ok, 1));
+    EXPECT_EQ(survey.WriterOptions, kWriterOptionsDefault);
   }
+  EXPECT_EQ(TestFolder::Contents(path), "old text");
   // Points given by GPS alone need no link when 'GPS Only' processing was chosen, or when
-  // every point is given so.
+  // every point is given so; the file then holds what `WriteSurvey` gives.
   Survey survey = Triangle();
   survey.Points[2].PtFlags = kPtGps;
   survey.FileFlags = kFileGpsOnly;
   Written(survey, 0);
   survey.FileFlags = 0;
   for (Point& point : survey.Points) point.PtFlags = kPtGps;
-  Written(survey, 0);
-}
-
-// The file holds what `WriteSurvey` gives; a survey it refuses leaves the old file and
-// shows the box. A file that cannot be made is the writer's golden (no-such-folder); how a
-// save keeps the old file through any failure is SafeFileTest's.
-TEST(DataFileWriterTest, SavedFileOrWriteFileAbort) {
-  TestFolder folder;
-  const std::string path = folder.Write("lot.csv", "old text");
-  Survey gpsWithoutLink = Triangle(), twoPoints = Triangle(), good = Triangle();
-  gpsWithoutLink.Points[2].PtFlags = kPtGps;
-  twoPoints.Points.pop_back();
-  const std::pair<Survey*, std::string> rows[] = {
-      {&gpsWithoutLink, "GPS values present without a GPS linked point."},
-      {&twoPoints, "Unidentified processing error"}};
-  for (const auto& [survey, text] : rows) {
-    ScriptedDialogs dialogs;
-    EXPECT_FALSE(WriteDataFile(*survey, path, dialogs));
-    ASSERT_EQ(dialogs.boxes.size(), 1u);
-    EXPECT_EQ(dialogs.last().title, "Write File Abort");
-    EXPECT_EQ(dialogs.last().text, text);
-    EXPECT_EQ(dialogs.last().detail, "");
-    EXPECT_EQ(dialogs.last().icon, Icon::Critical);
-    EXPECT_EQ(dialogs.last().buttons, Buttons::Ok);
-    EXPECT_EQ(dialogs.beeps, 1);
-    EXPECT_EQ(survey->WriterOptions, kWriterOptionsDefault);
-  }
-  EXPECT_EQ(TestFolder::Contents(path), "old text");
   ScriptedDialogs dialogs;
-  ASSERT_TRUE(WriteDataFile(good, path, dialogs));
+  ASSERT_TRUE(WriteDataFile(survey, path, dialogs));
   EXPECT_TRUE(dialogs.boxes.empty());
-  EXPECT_EQ(TestFolder::Contents(path), Written(good));
+  EXPECT_EQ(TestFolder::Contents(path), Written(survey));
   EXPECT_EQ(folder.FileCount(), 1);
 }
 

@@ -4,7 +4,6 @@
 // binary itself; a saved file that does not load again fails the test.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <filesystem>
 
 #include "support/FileExercise.h"
@@ -13,13 +12,11 @@ namespace plotmeter::testing {
 namespace {
 
 TEST(FuzzRegressionTest, KeptFindingsSeedsAndExamplesGoThroughEverythingCleanly) {
-  const std::array<std::filesystem::path, 3> folders = {PLOTMETER_TEST_DATA_DIR "/fuzz-regressions",
-                                                        PLOTMETER_FUZZ_SEEDS_DIR,
-                                                        PLOTMETER_EXAMPLES_DIR};
   const auto work = std::filesystem::temp_directory_path() / "plotmeter-fuzz-regressions";
   std::filesystem::create_directories(work);
   int files = 0;
-  for (const auto& folder : folders) {
+  for (const char* folder : {PLOTMETER_TEST_DATA_DIR "/fuzz-regressions", PLOTMETER_FUZZ_SEEDS_DIR,
+                             PLOTMETER_EXAMPLES_DIR}) {
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
       if (entry.path().filename() == "README") continue;
       SCOPED_TRACE(entry.path().string());

@@ -4,6 +4,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "model/GpsText.h"
 #include "model/NumberFormat.h"
@@ -24,17 +25,13 @@ TEST(NumberFormatTest, DoublesAsThePatternAsks) {
     const char* expected;
   } rows[] = {
       // The least and the most decimals; "#"s before the point add nothing.
-      {12.5, "#0.0#####", "12.5"}, {12, "#0.0#####", "12.0"}, {0.1234567, "#0.0#####", "0.123457"},
-      {-0.12345678, "0.0######", "-0.1234568"}, {2.0004, "#0.###", "2"}, {0.04, "#0.###", "0.04"},
-      {1234567, "#####0", "1234567"}, {0.0, "#0.0", "0.0"}, {1e21, "#0", "1000000000000000000000"},
+      {12, "#0.0#####", "12.0"}, {0.1234567, "#0.0#####", "0.123457"}, {2.0004, "#0.###", "2"},
+      {1e21, "#0", "1000000000000000000000"},
       // Half away from zero on the decimal value, not on the binary one; carries through
       // every digit.
-      {2.675, "#0.0#", "2.68"}, {-1.25, "#0.0", "-1.3"}, {0.5, "#0", "1"},
-      {99.999, "##0.0#", "100.0"},
-      // No "-0".
-      {-0.0, "#0", "0"}, {-0.4, "#0", "0"}, {-0.00001, "#0.0###", "0.0"},
-      // Grouping, counted from the right.
-      {1234567.8, "#,##0", "1,234,568"}, {123, "#,##0", "123"}, {-1234, "#,##0", "-1,234"}};
+      {2.675, "#0.0#", "2.68"}, {-1.25, "#0.0", "-1.3"}, {99.999, "##0.0#", "100.0"},
+      // Grouping, counted from the right; no "-0".
+      {1234567.8, "#,##0", "1,234,568"}, {-1234, "#,##0", "-1,234"}, {-0.4, "#0", "0"}};
   // clang-format on
   for (const auto& row : rows) {
     EXPECT_EQ(FormatNumber(row.value, row.pattern), row.expected)
@@ -44,14 +41,10 @@ TEST(NumberFormatTest, DoublesAsThePatternAsks) {
 
 TEST(NumberFormatTest, FloatsIntegersAndNonFiniteValues) {
   EXPECT_EQ(FormatNumber(0.1f, "#0.0#####"), "0.1");
-  EXPECT_EQ(FormatNumber(5.7f, "#0"), "6");
   // As a double the same float is 0.100000001490116..., which keeps its tail.
   EXPECT_EQ(FormatNumber(static_cast<double>(0.1f), "#0.0#########"), "0.1000000015");
-  EXPECT_EQ(FormatNumber(-0.25f, "#0"), "0");
-  EXPECT_EQ(FormatNumber(42, "#0.0##"), "42.0");
   EXPECT_EQ(FormatNumber(std::numeric_limits<int>::min(), "#,##0"), "-2,147,483,648");
   EXPECT_EQ(FormatNumber(std::numeric_limits<double>::infinity(), "#0"), "Infinity");
-  EXPECT_EQ(FormatNumber(-std::numeric_limits<float>::infinity(), "#0"), "-Infinity");
   EXPECT_EQ(FormatNumber(std::nan(""), "#0.0"), "NaN");
 }
 
@@ -81,16 +74,14 @@ TEST(ValueFormatTest, Bearings) {
     const char* expected;  // UTF-8: "°" stands for code 176
   } rows[] = {
       // Into [0, 360) in place; a tiny negative that adding 360 rounds to 360 itself is 0.
-      {kScreen, 0, 27.5f, "27.5"}, {kScreen, 0, -90, "270.0"}, {kScreen, 0, 360, "0.0"},
-      {kScreen, 0, -1e-8f, "0.0"}, {kFileDecimal, 0, 27.5f, "27.5"},
+      {kScreen, 0, -90, "270.0"}, {kScreen, 0, 360, "0.0"}, {kScreen, 0, -1e-8f, "0.0"},
       // Decimal minutes; minutes that would show as 60.0 carry into the degrees.
       {kFileMinutes, 0, 30.5f, "30° 30.0'"}, {kFileMinutes, kTight, 30.5f, "30°30.0'"},
-      {kFileMinutes, 0, 30, "30°"}, {kFileMinutes, 0, 0.99999994f, "1°"},
+      {kFileMinutes, 0, 0.99999994f, "1°"},
       // Seconds (1/64 degree is exact in a float: 56.25 seconds); seconds that round to 60
       // carry into the minutes and on into the degrees.
-      {kFileSeconds, kTight, 27.75f, "27°45'"}, {kFileSeconds, 0, 45, "45°"},
-      {kFileSeconds, 0, 10.015625f, "10° 0' 56.25\""}, {kFileSeconds, 0, 0.99999994f, "1°"},
-      {kFileSeconds, 0, 1.0166666f, "1° 1'"}};
+      {kFileSeconds, kTight, 27.75f, "27°45'"}, {kFileSeconds, 0, 10.015625f, "10° 0' 56.25\""},
+      {kFileSeconds, 0, 0.99999994f, "1°"}, {kFileSeconds, 0, 1.0166666f, "1° 1'"}};
   // clang-format on
   for (const auto& row : rows) {
     float bearing = row.bearing;
@@ -113,14 +104,12 @@ TEST(ValueFormatTest, GpsAngles) {
     double value;
     const char* expected;
   } rows[] = {
-      {kScreen, 0, 190, "170.0 W"}, {kScreen, kLat, -33.5, "33.5 S"}, {kScreen, 0, 180, "180.0 E"},
+      // A longitude outside [0, 360) is brought into it first; 180 is east.
+      {kScreen, 0, -10, "10.0 W"}, {kScreen, 0, 180, "180.0 E"},
       {kScreen, kGpsTight, 151.2, "151.2E"}, {kScreen, kLat | kGpsTight, -0.0, "0.0N"},
-      // A longitude outside [0, 360) is brought into it first.
-      {kScreen, 0, -10, "10.0 W"}, {kFileDecimal, kLat, -33.5, "33.5 S"},
-      {kFileMinutes, kLat | kGpsTight, -33.5, "33°30.0'S"},
-      {kFileSeconds, 0, 151.2, "151° 12' E"},
+      {kFileMinutes, kLat | kGpsTight, -33.5, "33°30.0'S"}, {kFileSeconds, 0, 151.2, "151° 12' E"},
       {kFileSeconds, kLat, -(33 + 30 / 60.0 + 15.5 / 3600), "33° 30' 15.5\" S"},
-      {kFileSeconds, kLat, 89.99999999999, "90° N"}, {kFileMinutes, 0, 179.9999999999, "180° E"}};
+      {kFileSeconds, kLat, 89.99999999999, "90° N"}};
   // clang-format on
   for (const auto& row : rows) {
     EXPECT_EQ(FormatGpsAngle(Settings(row.options), row.style, row.value), Latin1(row.expected))
@@ -137,8 +126,8 @@ TEST(ValueFormatTest, Lengths) {
     const char* expected;
   } rows[] = {
       // The deliberate rounding of the whole part; the sign kept where it rounds to 0.
-      {kFileMinutes, kUnitFeet, 5.7f, "6\\8.4"}, {kFileMinutes, kUnitFeet, 5, "5"},
-      {kFileMinutes, kUnitMiles, 2.5f, "3\\880.0"}, {kFileMinutes, kUnitFeet, -0.25f, "-0\\3.0"},
+      {kFileMinutes, kUnitFeet, 5.7f, "6\\8.4"}, {kFileMinutes, kUnitMiles, 2.5f, "3\\880.0"},
+      {kFileMinutes, kUnitFeet, -0.25f, "-0\\3.0"},
       // Meters are never split; nor is anything off a write or with plain lengths. A
       // negative value keeps two more decimals.
       {kFileMinutes, kUnitMeters, 5.7f, "5.7"}, {kScreen, kUnitFeet, 5.7f, "5.7"},
@@ -157,14 +146,10 @@ TEST(ValueFormatTest, Lengths) {
 constexpr int kRoundTrips = 2000;
 
 // Each form of angle, with half its last printed digit (in degrees) and a little more.
-struct Mode {
-  std::uint8_t options;
-  double tolerance;
-};
-constexpr Mode kAngleModes[] = {{kScreen, 0.5e-6 + 1e-10},
-                                {kFileDecimal, 0.5e-6 + 1e-10},
-                                {kFileMinutes, 0.5e-4 / 60 + 1e-10},
-                                {kFileSeconds, 0.5e-3 / 3600 + 1e-10}};
+constexpr std::pair<std::uint8_t, double> kAngleModes[] = {{kScreen, 0.5e-6 + 1e-10},
+                                                           {kFileDecimal, 0.5e-6 + 1e-10},
+                                                           {kFileMinutes, 0.5e-4 / 60 + 1e-10},
+                                                           {kFileSeconds, 0.5e-3 / 3600 + 1e-10}};
 
 double AngleDifference(double a, double b) { return std::fabs(std::remainder(a - b, 360.0)); }
 
@@ -177,9 +162,9 @@ TEST(ValueFormatRoundTrip, AnglesReadBack) {
   for (int i = 0; i < kRoundTrips; ++i) angles.push_back(anyAngle(random));
   Survey survey;
   survey.SubValueSeparator = ' ';
-  for (const Mode& mode : kAngleModes) {
+  for (const auto& [options, tolerance] : kAngleModes) {
     for (bool tight : {false, true}) {
-      const ValueSettings values = Settings(mode.options, 0, '\xB0', ' ');
+      const ValueSettings values = Settings(options, 0, '\xB0', ' ');
       for (double angle : angles) {
         float bearing = static_cast<float>(angle);
         std::string text = FormatBearing(values, tight ? kTight : 0, bearing);
@@ -187,18 +172,18 @@ TEST(ValueFormatRoundTrip, AnglesReadBack) {
         ASSERT_EQ(survey.ValueMarks, 0) << text;
         // The plain forms start from the float's shortest decimal, up to an ulp away.
         double ulp = std::nextafter(bearing, 1e9f) - bearing;
-        EXPECT_LE(AngleDifference(read, bearing), mode.tolerance + ulp) << angle << " " << text;
+        EXPECT_LE(AngleDifference(read, bearing), tolerance + ulp) << angle << " " << text;
 
         const std::uint8_t join = tight ? kGpsTight : 0;
         text = FormatGpsAngle(values, join, angle);
         std::optional<double> gps = ParseGpsLongitude(survey, text);
         ASSERT_TRUE(gps.has_value()) << text;
-        EXPECT_LE(AngleDifference(*gps, angle), mode.tolerance) << angle << " " << text;
+        EXPECT_LE(AngleDifference(*gps, angle), tolerance) << angle << " " << text;
         const double latitude = std::fabs(angle) <= 90 ? angle : std::fmod(angle, 90);
         text = FormatGpsAngle(values, kLat | join, latitude);
         gps = ParseGpsLatitude(survey, text);
         ASSERT_TRUE(gps.has_value()) << text;
-        EXPECT_NEAR(*gps, latitude, mode.tolerance) << text;
+        EXPECT_NEAR(*gps, latitude, tolerance) << text;
       }
     }
   }
