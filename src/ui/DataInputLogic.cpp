@@ -517,11 +517,13 @@ void DataInputLogic::ChooseTypOpt(int index) {
   std::uint8_t kept = index == 2 ? (type & (kDatasetHasDummy | kDatasetGenerated)) : 0;
   type = kDatasetKindTypes[index] | kept;
   // Only a sub-division starts at a dummy: elsewhere its first point is an X/Y point, as
-  // the saved file will have it.
+  // the saved file will have it, also when an abandoned entry puts the point back.
   if (index != 2) {
+    constexpr auto kNotDummy = static_cast<std::uint8_t>(~kMarkDummy);
     for (int p = survey_.Datasets[dataset_].DatasetStart; p < survey_.DatasetEnd(dataset_); ++p) {
-      survey_.Points[p].PtMarks &= static_cast<std::uint8_t>(~kMarkDummy);
+      survey_.Points[p].PtMarks &= kNotDummy;
     }
+    original_.PtMarks &= kNotDummy;
   }
   MarkSettingsChanged();
   RefreshPointFields();
