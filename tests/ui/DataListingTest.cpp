@@ -144,6 +144,8 @@ TEST_F(DataListingTest, ListingFollowsTheBoxesThatExist) {
   EXPECT_EQ(before[0], "[L] Dataset as Line for 'Road'");
   window.ClickShow(kShowCount, true);
   window.ClickInclude(-1, false);
+  window.ClickShow(1, true);
+  window.ClickShow(1, false);  // ticked and cleared again: the columns as they were
   EXPECT_EQ(listing.DataLst(), before);
 
   folder_.Write("survey.csv", "44,#0092,1,0,0,58\nH,P,Shed\n9,X,,,5,5\n");

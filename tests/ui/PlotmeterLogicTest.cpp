@@ -72,6 +72,10 @@ TEST_F(PlotmeterLogicTest, RefusedFileOrFailedResolutionLeavesNoSurvey) {
     EXPECT_FALSE(logic_.state().DataState & kDataPresent);
   }
   EXPECT_EQ(Titles(), std::vector<std::string>{"Failed Area Calculation"});
+  Load(kSquare);
+  EXPECT_FALSE(logic_.Load(folder_.Path("missing.csv"), dialogs_).loaded);  // cannot be read
+  EXPECT_EQ(logic_.survey().PointCount(), 0);
+  EXPECT_EQ(Titles().back(), "File Read Abort");
 }
 
 // "Show Lines" and "Show Points" are available only for data that has them, and keep
